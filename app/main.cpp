@@ -1,0 +1,82 @@
+// SPDX-FileCopyrightText: 2026 The qorm-login authors
+// SPDX-License-Identifier: MIT
+#include "app/debuglog.h"
+#include "app/modeselection.h"
+#include "app/windowactivator.h"
+#include "base/hardening.h"
+#include "config/logincfg.h"
+#include "ui/loginwindow.h"
+#include "ui/ngremotelogin.h"
+
+#include <QApplication>
+#include <QDebug>
+#include <cstdio>
+#include <cstdlib>
+#include <unistd.h>
+
+namespace {
+
+int RunLocalWindow(const QString& programPath, LoginCfg& cfg)
+{
+    InstallDebugLog(programPath);
+    LoginWindow window(&cfg, nullptr);
+    window.show();
+    return QApplication::exec();
+}
+
+int RunRemoteDialog(const QString& programPath, LoginCfg& cfg)
+{
+    qDebug() << "Remote Login";
+    if (access("/tmp/.newuser", F_OK) == 0 && access("/tmp/.newuser.1", F_OK) == 0) {
+        // Completes the hand-over of a user saved by an earlier run, whatever the command leaves behind.
+        std::ignore = system("mv /tmp/.newuser /tmp/.user; mv /tmp/.newuser.1 /tmp/.user.1");
+        exit(0);
+    }
+    InstallDebugLog(programPath);
+    QApplication::setQuitOnLastWindowClosed(false); // the dialog ends the process itself, with its own status
+    ngremotelogin dialog(&cfg, nullptr);
+    qDebug() << "Remote Login Created";
+    dialog.show();
+    qDebug() << "Remote Login show";
+    return QApplication::exec();
+}
+
+QStringList CommandLine(int argc, char** argv)
+{
+    QStringList words;
+    for (int i = 0; i < argc; ++i)
+        words += QString::fromLocal8Bit(argv[i]);
+    return words;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    if (!HardenProcess()) {
+        fputs("qorm-login: refusing to run set-user-id\n", stderr);
+        return EXIT_FAILURE;
+    }
+    LoginCfg cfg(true); // before the application object, so that its lines come first
+    // A session manager could end the event loop, which would count as a good password.
+    unsetenv("SESSION_MANAGER");
+    // No OpenGL: loading it would more than double the time to the first frame.
+    QCoreApplication::setAttribute(Qt::AA_ForceRasterWidgets);
+    QApplication app(argc, argv);
+    new WindowActivator(&app);
+    const QStringList commandLine = CommandLine(argc, argv);
+    const QString programPath = commandLine.value(0);
+    switch (SelectMode(commandLine, cfg)) {
+    case GateMode::SetupNeedsNoPassword:
+        qDebug() << "setup passed as argument but, password not required";
+        return 0;
+    case GateMode::NothingToCheck:
+        qDebug() << "no arguments passed and user authorization not required";
+        return 0;
+    case GateMode::RemoteDialog:
+        return RunRemoteDialog(programPath, cfg);
+    case GateMode::LocalWindow:
+        break;
+    }
+    return RunLocalWindow(programPath, cfg);
+}

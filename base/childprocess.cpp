@@ -1,0 +1,53 @@
+// SPDX-FileCopyrightText: 2026 The qorm-login authors
+// SPDX-License-Identifier: MIT
+#include "base/childprocess.h"
+
+namespace {
+
+// Takes what has arrived; false when the child has written too much.
+bool Collect(QProcess& process, ChildOutput& output)
+{
+    output.standardOutput += process.readAllStandardOutput();
+    output.standardError += process.readAllStandardError();
+    return output.standardOutput.size() + output.standardError.size() <= MaxChildOutputBytes;
+}
+
+} // namespace
+
+void ChildDeleter::operator()(QProcess* process) const
+{
+    if (process && !ForkFailed(*process))
+        delete process;
+}
+
+bool ForkFailed(const QProcess& process)
+{
+    return process.processId() < 0;
+}
+
+bool RunChild(QProcess& process, const QString& program, const QStringList& arguments, int startTimeoutMs,
+              int finishTimeoutMs, ChildOutput& output)
+{
+    bool flooded = false;
+    const auto collect = [&process, &output, &flooded] {
+        if (Collect(process, output) || flooded)
+            return;
+        flooded = true;
+        process.kill();
+    };
+    // Direct connections: Qt raises both from inside waitForFinished().
+    const auto outputConnection = QObject::connect(&process, &QProcess::readyReadStandardOutput, collect);
+    const auto errorConnection = QObject::connect(&process, &QProcess::readyReadStandardError, collect);
+    process.start(program, arguments, QIODevice::ReadWrite);
+    bool finished = false;
+    if (!ForkFailed(process)) {
+        if (startTimeoutMs > 0)
+            process.waitForStarted(startTimeoutMs); // a failed start shows in the next wait
+        finished = process.waitForFinished(finishTimeoutMs);
+    }
+    QObject::disconnect(outputConnection);
+    QObject::disconnect(errorConnection);
+    if (!finished || flooded)
+        return false;
+    return Collect(process, output);
+}

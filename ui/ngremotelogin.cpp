@@ -1,0 +1,256 @@
+// SPDX-FileCopyrightText: 2026 The qorm-login authors
+// SPDX-License-Identifier: MIT
+#include "ui/ngremotelogin.h"
+
+#include "ui_ngremotelogin.h"
+
+#include "base/guardedfile.h"
+#include "config/logincfg.h"
+#include "tav3/desktop.h"
+#include "ui/capslock.h"
+
+#include <QDebug>
+#include <QKeyEvent>
+#include <QTimer>
+#include <QToolTip>
+#include <unistd.h>
+
+namespace {
+
+constexpr int LoginHeight = 370;
+constexpr int UnlockHeight = 450;
+constexpr int ChangeUserHeight = 410;
+
+constexpr int TickMs = 1000;
+constexpr int CapsPollMs = 500;
+constexpr int ChangeUserMs = 30000; // without an edit
+constexpr int TooltipMs = 1000;
+constexpr int TooltipRise = 30;    // pixels above the password field
+constexpr int CountdownTicks = 10; // of 5 ms each after a good login, so that "Logging in" is painted
+constexpr int MaxErrorEntries = 100;
+
+const char BackgroundPicture[] = "/tmp/config/files/login.jpg";
+
+} // namespace
+
+ngremotelogin::ngremotelogin(LoginCfg* configuration, QWidget* parent)
+    : QDialog(parent), ui(new Ui::ngremotelogin), cfg(configuration)
+{
+    debugEnabled = QFile::exists(QStringLiteral("/tmp/debug-login"));
+    ui->setupUi(this);
+    SetUpWindow();
+    ShowBackground();
+    StyleFields();
+    const QString arguments = QCoreApplication::arguments().join(QLatin1Char(','));
+    if (debugEnabled)
+        qDebug() << "ngremotelogin" << arguments;
+    failedAttempts = 0;
+    if (!cfg)
+        cfg = new LoginCfg(true); // lives as long as the process
+    CopyErrorTable();
+    PrepareFields();
+    // Deliberately the field, and not this dialog: no key press reaches eventFilter() below.
+    qApp->installEventFilter(ui->lePwd);
+    if (cfg->IsLoggedIn())
+        EnterUnlockMode();
+    else
+        EnterLoginMode();
+    StartTimers();
+    ui->capslock->hide();
+}
+
+ngremotelogin::~ngremotelogin() = default;
+
+void ngremotelogin::SetUpWindow()
+{
+    ui->leDomain->setStyleSheet(QStringLiteral("QLineEdit { border: none }"));
+    ui->leDomain->setFrame(false);
+    setWindowIcon(QIcon(QStringLiteral(":/images/orvek_logo_black_32.png")));
+    setWindowFlags(Qt::CustomizeWindowHint | Qt::WindowTitleHint);
+    TavDesktop::InitWindowPosition(this);
+    TavDesktop::SetDefaultStyleSheet(this);
+    ensurePolished(); // before it is polished, Qt would ignore what is appended below
+}
+
+void ngremotelogin::ShowBackground()
+{
+    QFile picture(QString::fromLatin1(BackgroundPicture));
+    // Opened once, so that the style sheet never waits on a FIFO of that name.
+    if (access(BackgroundPicture, F_OK) != 0 || !OpenGuarded(picture, GuardedMode::Read))
+        return;
+    setStyleSheet(styleSheet() + QStringLiteral("\nQDialog{background-image:url(/tmp/config/files/login.jpg);}"));
+    ui->userimage->hide();
+}
+
+void ngremotelogin::StyleFields()
+{
+    setStyleSheet(styleSheet()
+                  + QStringLiteral("\nQLineEdit { border: 1px solid #505050; border-radius: 4px; padding: 0 8px; "
+                                   "background: white;         selection-background-color: darkgray;}"));
+}
+
+void ngremotelogin::CopyErrorTable()
+{
+    for (int i = 0; i < MaxErrorEntries && !LoginCfg::AdErrorList[i].isEmpty(); ++i)
+        errorTable += LoginCfg::AdErrorList[i];
+}
+
+void ngremotelogin::PrepareFields()
+{
+    ui->lePwd->setStyleSheet(QStringLiteral("lineedit-password-character: 9679")); // U+25CF
+    ui->lblMessage->hide();
+    ui->leDomain->setStyleSheet(QStringLiteral("background-color: white; color: #404040; "));
+    ui->leDomain->setText(cfg->remoteDomain);
+    ui->leUser->setFocus(Qt::OtherFocusReason);
+    ui->leUser->setStyleSheet(QStringLiteral("background-color: white"));
+    loginAccepted = false;
+}
+
+void ngremotelogin::StartTimers()
+{
+    exitCountdown = CountdownTicks;
+    tickTimer = new QTimer;
+    connect(tickTimer, SIGNAL(timeout()), SLOT(onTimeout()));
+    tickTimer->setInterval(TickMs);
+    tickTimer->start();
+    tooltipShown = false;
+    capsTimer = new QTimer(this);
+    connect(capsTimer, SIGNAL(timeout()), SLOT(checkCapsLock()));
+    capsTimer->start(CapsPollMs);
+}
+
+void ngremotelogin::EnterLoginMode()
+{
+    changeUserMode = false;
+    unlockMode = false;
+    resize(width(), LoginHeight);
+    ui->change->hide();
+    ui->Unlock->hide();
+    ui->logout->hide();
+    ui->cancel->hide();
+    ui->leUser->setReadOnly(false);
+    ui->login->show();
+    ui->login->setDefault(true); // Return signs in
+    ui->leUser->clear();
+    ui->lePwd->clear();
+    ui->leUser->setFocus(Qt::OtherFocusReason);
+}
+
+void ngremotelogin::EnterUnlockMode()
+{
+    resize(width(), UnlockHeight);
+    changeUserMode = false;
+    unlockMode = true;
+    ui->leUser->setText(cfg->LoadSavedUserName());
+    ui->leUser->setReadOnly(true);
+    ui->lePwd->clear();
+    ui->lePwd->setFocus(Qt::OtherFocusReason);
+    ui->leUser->setStyleSheet(QStringLiteral("background-color: gray"));
+    ui->login->hide();
+    ui->cancel->hide();
+    ui->change->show();
+    ui->Unlock->show();
+    ui->Unlock->setDefault(true); // Return signs in
+    ui->logout->show();
+    delete changeUserTimer;
+    changeUserTimer = nullptr;
+}
+
+void ngremotelogin::EnterChangeUserMode()
+{
+    resize(width(), ChangeUserHeight);
+    changeUserMode = true;
+    unlockMode = false;
+    ui->change->hide();
+    ui->Unlock->hide();
+    ui->logout->hide();
+    ui->leUser->setReadOnly(false);
+    ui->leUser->clear();
+    ui->lePwd->clear();
+    ui->leUser->setFocus(Qt::OtherFocusReason);
+    ui->cancel->show();
+    ui->login->show();
+    ui->login->setDefault(true); // Return signs in
+    ui->leUser->setStyleSheet(QStringLiteral("background-color: white"));
+    changeUserTimer = new QTimer;
+    connect(changeUserTimer, SIGNAL(timeout()), SLOT(onCuTimeout()));
+    changeUserTimer->setInterval(ChangeUserMs);
+    changeUserTimer->start();
+}
+
+// No way of changing the mode may act in the middle of a login or after a good one: the exit status would be that of
+// the other mode, and open the session of the first user to the second.
+bool ngremotelogin::MayChangeMode() const
+{
+    return !checkRunning && !loginAccepted;
+}
+
+void ngremotelogin::on_change_clicked()
+{
+    if (MayChangeMode())
+        EnterChangeUserMode();
+}
+
+void ngremotelogin::on_cancel_clicked()
+{
+    if (MayChangeMode())
+        EnterUnlockMode();
+}
+
+void ngremotelogin::onCuTimeout()
+{
+    if (MayChangeMode())
+        EnterUnlockMode();
+}
+
+void ngremotelogin::on_leUser_textEdited(QString)
+{
+    RestartChangeUserTimer();
+}
+
+void ngremotelogin::on_lePwd_textEdited(QString)
+{
+    RestartChangeUserTimer();
+}
+
+void ngremotelogin::RestartChangeUserTimer()
+{
+    if (changeUserMode && changeUserTimer)
+        changeUserTimer->start();
+}
+
+void ngremotelogin::on_logout_clicked()
+{
+    exit(7);
+}
+
+void ngremotelogin::checkCapsLock()
+{
+    if (CapsLockOn()) {
+        ui->capslock->show();
+        if (!tooltipShown && ui->lePwd->hasFocus())
+            ShowTooltip();
+    } else {
+        ui->capslock->hide();
+        hideTooltip();
+        tooltipShown = false;
+    }
+}
+
+void ngremotelogin::ShowTooltip()
+{
+    const QPoint corner = ui->lePwd->mapToGlobal(QPoint(0, 0));
+    QToolTip::showText(corner - QPoint(0, TooltipRise), QStringLiteral("Caps Lock is ON!"), nullptr);
+    QTimer::singleShot(TooltipMs, this, SLOT(hideTooltip())); // no such slot: Qt only warns, intended
+    tooltipShown = true;
+}
+
+void ngremotelogin::hideTooltip()
+{
+    QToolTip::showText(QPoint(), QString());
+}
+
+void ngremotelogin::reject()
+{
+    qDebug() << "reject";
+}

@@ -1,0 +1,83 @@
+// SPDX-FileCopyrightText: 2026 The qorm-login authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QDialog>
+#include <QStringList>
+#include <memory>
+
+class LoginCfg;
+class QTimer;
+
+namespace Ui {
+class ngremotelogin;
+}
+
+// Signs a user in against the directory, or unlocks a session that is signed in. Three modes on one form: login, unlock
+// and change user. Every way out ends the process: 0 good login, 8 good login of another user, 7 Logout, 6 third
+// failure.
+class ngremotelogin : public QDialog {
+    Q_OBJECT
+public:
+    // `cfg` is not owned; null makes the dialog read the configuration itself.
+    explicit ngremotelogin(LoginCfg* cfg, QWidget* parent = nullptr);
+    ~ngremotelogin() override;
+
+    void reject() override; // never closes the dialog
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+
+private slots:
+    void on_lePwd_returnPressed();
+    void onTimeout();
+    void onCuTimeout();
+    void on_login_clicked();
+    void on_change_clicked();
+    void on_Unlock_clicked();
+    void on_logout_clicked();
+    void on_cancel_clicked();
+    void on_leUser_textEdited(QString arg1);
+    void on_lePwd_textEdited(QString arg1);
+    void checkCapsLock();
+    bool eventFilter(QObject* object, QEvent* event) override;
+
+private:
+    void SetUpWindow();
+    void ShowBackground();
+    void StyleFields();
+    void CopyErrorTable();
+    void PrepareFields();
+    void StartTimers();
+
+    void EnterLoginMode();
+    void EnterUnlockMode();
+    void EnterChangeUserMode();
+    void RestartChangeUserTimer();
+    bool MayChangeMode() const;
+
+    void ShowMessage(const QString& text);
+    void HideMessage();
+    void PaintNow();
+    void SignIn();
+    void OnAccepted();
+    void OnRefused();
+    void ShowTooltip();
+    void hideTooltip(); // deliberately not a slot
+    void AskForShutdown();
+
+    std::unique_ptr<Ui::ngremotelogin> ui;
+    LoginCfg* cfg; // never deleted here
+    int failedAttempts = 0;
+    QStringList errorTable;            // kept, not read again
+    QTimer* tickTimer = nullptr;       // no parent, lives as long as the process
+    QTimer* changeUserTimer = nullptr; // only in change-user mode
+    QTimer* capsTimer = nullptr;
+    bool tooltipShown = false;
+    int exitCountdown = 0;
+    bool loginAccepted = false;
+    bool changeUserMode = false;
+    bool unlockMode = false; // set with every mode, read nowhere
+    bool debugEnabled = false;
+    bool checkRunning = false; // CheckRemoteLogin() has not returned, its question and dialog included
+};

@@ -1,0 +1,163 @@
+// SPDX-FileCopyrightText: 2026 The qorm-login authors
+// SPDX-License-Identifier: MIT
+// The sign-in of the remote-login dialog, from the button to the exit status, and its keys.
+#include "ui/ngremotelogin.h"
+
+#include "ui_ngremotelogin.h"
+
+#include "base/childprocess.h"
+#include "config/logincfg.h"
+#include "tav3/desktop.h"
+
+#include <QCoreApplication>
+#include <QDebug>
+#include <QKeyEvent>
+#include <QMessageBox>
+#include <QTimer>
+#include <cstdlib>
+
+namespace {
+
+constexpr int CheckTickMs = 100;
+constexpr int CountdownTickMs = 5;
+constexpr int MaxFailures = 2; // the next one ends the process
+
+} // namespace
+
+void ngremotelogin::on_lePwd_returnPressed()
+{
+    // Deliberately empty: Return reaches the default button.
+}
+
+void ngremotelogin::on_login_clicked()
+{
+    SignIn();
+}
+
+void ngremotelogin::on_Unlock_clicked()
+{
+    SignIn();
+}
+
+void ngremotelogin::ShowMessage(const QString& text)
+{
+    ui->lblMessage->setText(text);
+    ui->lblMessage->show();
+    ui->login->setEnabled(false);
+}
+
+void ngremotelogin::HideMessage()
+{
+    ui->lblMessage->hide();
+    ui->login->setEnabled(true);
+}
+
+// The check blocks the event loop, so what must be seen meanwhile is painted before it.
+void ngremotelogin::PaintNow()
+{
+    layout()->activate();
+    repaint();
+}
+
+void ngremotelogin::SignIn()
+{
+    if (loginAccepted)
+        return; // a second press while "Logging in" is shown must not undo a good login
+    qDebug() << "on_pushButton_clicked";
+    tickTimer->stop();
+    ShowMessage(tr("Verifying credentials"));
+    loginAccepted = false;
+    tickTimer->start(CheckTickMs);
+    PaintNow();
+    if (ui->lePwd->text().isEmpty() || ui->leUser->text().isEmpty())
+        qDebug() << "Either password or username are empty"; // the directory refuses it
+    checkRunning = true;
+    const bool ok = cfg->CheckRemoteLogin(ui->leUser->text(), ui->lePwd->text());
+    checkRunning = false;
+    qDebug() << "CheckRemoteLogin returned " << ok;
+    if (ok)
+        OnAccepted();
+    else
+        OnRefused();
+}
+
+void ngremotelogin::OnAccepted()
+{
+    if (changeUserMode) // the next start completes the hand-over; its result can't be helped here
+        std::ignore = system("mv /tmp/.user /tmp/.newuser; mv /tmp/.user.1 /tmp/.newuser.1");
+    tickTimer->stop();
+    loginAccepted = true;
+    ShowMessage(tr("Logging in"));
+    tickTimer->start(CountdownTickMs);
+}
+
+void ngremotelogin::OnRefused()
+{
+    HideMessage();
+    QMessageBox box;
+    box.setTextFormat(Qt::PlainText);
+    box.setText(cfg->resultMessage);
+    if (cfg->passwordChanged) {
+        box.setWindowTitle(tr("Password Changed"));
+        --failedAttempts; // this attempt does not count
+        ui->lePwd->clear();
+    } else {
+        box.setWindowTitle(tr("Authentication Error"));
+    }
+    TavDesktop::SetDefaultStyleSheet(&box);
+    box.exec();
+    if (!ui->leUser->text().isEmpty()) {
+        ui->lePwd->setFocus(Qt::OtherFocusReason);
+        ui->lePwd->selectAll();
+    } else {
+        ui->leUser->setFocus(Qt::OtherFocusReason);
+    }
+    if (++failedAttempts > MaxFailures) {
+        qDebug() << "Too many log in failures";
+        exit(6);
+    }
+}
+
+void ngremotelogin::onTimeout()
+{
+    if (!loginAccepted)
+        return;
+    if (--exitCountdown <= 0) {
+        close();
+        exit(changeUserMode ? 8 : 0);
+    }
+}
+
+void ngremotelogin::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() != Qt::Key_Escape)
+        QDialog::keyPressEvent(event);
+    else if (changeUserMode)
+        on_cancel_clicked();
+    else if (!loginAccepted)
+        AskForShutdown();
+}
+
+// Hidden while the terminal's own prompt is up, and back when that has ended.
+void ngremotelogin::AskForShutdown()
+{
+    hide();
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents); // or it stays on the screen meanwhile
+    const ChildProcess prompt(new QProcess);
+    prompt->setProcessChannelMode(QProcess::ForwardedChannels);
+    ChildOutput none;
+    RunChild(*prompt, QStringLiteral("wshutdown"), QStringList(), 0, -1, none); // missing or failing: we come back
+    show();
+}
+
+bool ngremotelogin::eventFilter(QObject* object, QEvent* event)
+{
+    if (event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+            SignIn();
+            return true;
+        }
+    }
+    return QObject::eventFilter(object, event);
+}
