@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/debuglog.h"
 #include "app/modeselection.h"
+#include "app/translations.h"
 #include "app/windowactivator.h"
 #include "base/hardening.h"
 #include "config/logincfg.h"
@@ -63,6 +64,7 @@ int main(int argc, char** argv)
     // No OpenGL: loading it would more than double the time to the first frame.
     QCoreApplication::setAttribute(Qt::AA_ForceRasterWidgets);
     QApplication app(argc, argv);
+    InstallTranslation(app);
     new WindowActivator(&app);
     const QStringList commandLine = CommandLine(argc, argv);
     const QString programPath = commandLine.value(0);

@@ -7,6 +7,7 @@
 #include "tav3/desktop.h"
 #include "ui/setpassword.h"
 
+#include <QCoreApplication>
 #include <QDebug>
 #include <QMessageBox>
 
@@ -18,6 +19,11 @@ const QString ServerUnreachable = QStringLiteral("9999");
 
 enum ResponseCode { Accepted, ChangeRequired, ChangeChosen, Refused, AccountLocked, Unreachable };
 static_assert(Refused + 1 == AccountLocked, "the locked flag is added to the refusal");
+
+QString Translated(const char* text)
+{
+    return QCoreApplication::translate("LoginCfg", text);
+}
 
 } // namespace
 
@@ -102,10 +108,10 @@ int LoginCfg::CheckLdapResponse(bool queryOk, LdapHandler* handler)
 bool LoginCfg::UserWantsToChange()
 {
     // The blanks of the pattern are intended.
-    const QString text = QStringLiteral(" %1 %2 %3.\n\n Do you want to change your password now?  \n")
-                             .arg(QStringLiteral("Your Password will expire in "), QString::number(daysToExpiry),
-                                  QStringLiteral("day(s)"));
-    QMessageBox box(QMessageBox::NoIcon, QStringLiteral("Password Change?"), text, QMessageBox::Yes | QMessageBox::No);
+    const QString text
+        = Translated(" %1 %2 %3.\n\n Do you want to change your password now?  \n")
+              .arg(Translated("Your Password will expire in "), QString::number(daysToExpiry), Translated("day(s)"));
+    QMessageBox box(QMessageBox::NoIcon, Translated("Password Change?"), text, QMessageBox::Yes | QMessageBox::No);
     box.setTextFormat(Qt::PlainText);
     TavDesktop::SetDefaultStyleSheet(&box);
     if (box.exec() == QMessageBox::Yes) {

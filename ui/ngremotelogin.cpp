@@ -240,7 +240,7 @@ void ngremotelogin::checkCapsLock()
 void ngremotelogin::ShowTooltip()
 {
     const QPoint corner = ui->lePwd->mapToGlobal(QPoint(0, 0));
-    QToolTip::showText(corner - QPoint(0, TooltipRise), QStringLiteral("Caps Lock is ON!"), nullptr);
+    QToolTip::showText(corner - QPoint(0, TooltipRise), tr("Caps Lock is ON!"), nullptr);
     QTimer::singleShot(TooltipMs, this, SLOT(hideTooltip())); // no such slot: Qt only warns, intended
     tooltipShown = true;
 }

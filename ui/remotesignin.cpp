@@ -96,7 +96,8 @@ void ngremotelogin::OnRefused()
     HideMessage();
     QMessageBox box;
     box.setTextFormat(Qt::PlainText);
-    box.setText(cfg->resultMessage);
+    // The sentences of the login chain are translated only here: logs and tables keep them in English.
+    box.setText(QCoreApplication::translate("LoginCfg", cfg->resultMessage.toUtf8().constData()));
     if (cfg->passwordChanged) {
         box.setWindowTitle(tr("Password Changed"));
         --failedAttempts; // this attempt does not count

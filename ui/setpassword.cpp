@@ -11,7 +11,7 @@
 SetPassword::SetPassword(QWidget* parent) : QDialog(parent), ui(new Ui::SetPassword)
 {
     ui->setupUi(this);
-    setWindowTitle(QStringLiteral("Password Change/Reset"));
+    setWindowTitle(tr("Password Change/Reset"));
     ui->pbViewNewPwd->hide();
     ui->pbViewOldPwd->hide();
     ui->pbViewRetypePwd->hide();
