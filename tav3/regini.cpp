@@ -4,7 +4,7 @@
 
 #include "tav3/configfile.h"
 
-#include <QStringList>
+#include <QTextStream>
 #include <algorithm>
 
 namespace {
@@ -62,12 +62,14 @@ int TavRegIni::OpenKey(const QString& hive, const QString& path, unsigned)
     const auto bytes = m_store ? m_store : ReadConfigFile(ConfigFilePath(QStringLiteral("registry.reg")));
     if (!bytes)
         return KeyNotFound;
-    const QString store = QString::fromUtf8(bytes->constData(), bytes->size()); // drops a byte-order mark
+    QTextStream store(*bytes);
+    store.setCodec("UTF-8"); // drops a byte-order mark
     const QString section = QLatin1Char('[') + hive + QLatin1Char('\\') + path + QLatin1Char(']');
     bool found = false;
     bool inside = false;
-    for (const QStringRef& untrimmed : store.splitRef(QLatin1Char('\n'))) {
-        const QStringRef line = untrimmed.trimmed();
+    QString whole;
+    while (store.readLineInto(&whole)) {
+        const QStringRef line = QStringRef(&whole).trimmed();
         if (line.startsWith(QLatin1Char('[')) && line.endsWith(QLatin1Char(']'))) {
             inside = line.compare(section, Qt::CaseInsensitive) == 0;
             found = found || inside;

@@ -4,6 +4,7 @@
 
 #include "tav3/configfile.h"
 
+#include <QBuffer>
 #include <QDebug>
 #include <QXmlStreamReader>
 
@@ -12,6 +13,19 @@ namespace {
 // Three times what the terminal's own configuration uses. They bound the stack, and the memory for the paths.
 constexpr int MaxDepth = 16;
 constexpr int MaxPathLength = 256;
+
+// Hands the text out tag by tag. The reader decodes what it gets as one piece: with the whole file at once, a byte in
+// the wrong encoding would cost the keys before it too, and have no place.
+class TagByTag : public QBuffer {
+protected:
+    qint64 readData(char* data, qint64 maxSize) override
+    {
+        constexpr int Least = 4; // the reader finds the encoding out from these
+        const auto left = static_cast<int>(qMin(maxSize, size() - pos()));
+        const int end = QByteArray::fromRawData(buffer().constData() + pos(), left).indexOf('>', Least - 1);
+        return QBuffer::readData(data, end < 0 ? left : end + 1);
+    }
+};
 
 QString ChildPath(const QString& parent, const QStringRef& name)
 {
@@ -45,7 +59,10 @@ QString TavXmlConfig::GetConfig(const QString& section, const QString& key, bool
 
 void TavXmlConfig::Read(const QByteArray& bytes, const QString& name)
 {
-    QXmlStreamReader xml(bytes);
+    TagByTag device;
+    device.setData(bytes);
+    device.open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+    QXmlStreamReader xml(&device);
     xml.setNamespaceProcessing(false);
     while (!xml.atEnd() && !xml.hasError()) {
         const auto token = xml.readNext();
