@@ -77,24 +77,23 @@ void TavXmlConfig::Read(const QByteArray& bytes, const QString& name)
                    << "is not well-formed, what follows is ignored";
 }
 
-// Reads the children of the element that the reader stands on. An element without children is a key.
+// Reads the element that the reader stands on: its children and, as the value of a key, its own text. Of a section that
+// is white space, which nobody asks for.
 void TavXmlConfig::ReadElement(QXmlStreamReader& xml, const QString& path, int depth)
 {
     if (depth > MaxDepth || path.size() > MaxPathLength)
         xml.raiseError();
     QString text;
-    bool isKey = true;
     while (!xml.atEnd() && !xml.hasError()) {
         switch (xml.readNext()) {
         case QXmlStreamReader::StartElement:
-            isKey = false;
             ReadElement(xml, ChildPath(path, xml.name()), depth + 1);
             break;
         case QXmlStreamReader::Characters:
             text += xml.text();
             break;
         case QXmlStreamReader::EndElement:
-            if (isKey && !m_texts.contains(path))
+            if (!m_texts.contains(path))
                 m_texts.insert(path, text.trimmed());
             return;
         default:

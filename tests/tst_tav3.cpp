@@ -168,6 +168,7 @@ private slots:
             QVERIFY(blurred.startsWith(QLatin1String("tb1:")) && blurred != TavStringBlur::Encode(text));
             QVERIFY(!TavStringBlur::Decode(blurred).isNull());
             QCOMPARE(TavStringBlur::Decode(blurred), text);
+            QVERIFY(TavStringBlur::Decode(QStringLiteral("tb2:") + blurred.mid(4)).isNull());
         }
         for (const char* other : {"", "tb1:", "pass", "$6$salt$hash", "tb1:$6$salt$hash"})
             QVERIFY(TavStringBlur::Decode(QLatin1String(other)).isNull());
