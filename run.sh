@@ -50,4 +50,8 @@ while [ $# -gt 0 ]; do
     shift
 done
 lab/prepare qorm-login tavctl
+if ! lab/sandbox --check; then
+    echo "run.sh: this kernel allows no sandbox (bubblewrap); a domain controller on the machine itself is too much." >&2
+    exit 1
+fi
 exec lab/sandbox $attended lab/demo "$mode" "$type" "$user" "$attended"
