@@ -8,6 +8,8 @@
 #include <QDateTime>
 #include <QFileInfo>
 #include <QTextStream>
+#include <tuple>
+#include <unistd.h>
 
 namespace {
 
@@ -15,15 +17,17 @@ constexpr qint64 LoginLogMaxBytes = 65536;
 const QString SavedUserFile = QStringLiteral("/tmp/.user.1");
 const QString Separator = QStringLiteral(",00,");
 
+// A line that holds three enciphered fields is far shorter.
+constexpr qint64 SavedUserMaxBytes = 65536;
+
 // Writes the whole text or leaves the file empty: half a credential must not look like one.
-void WriteWhole(const QString& path, const QString& text)
+void WriteWhole(QFile& file, const QString& text)
 {
-    QFile file(path);
-    if (!OpenGuarded(file, GuardedMode::Truncate))
-        return;
     const QByteArray bytes = text.toLatin1();
-    if (file.write(bytes) != bytes.size() || !file.flush())
-        file.resize(0); // nothing more can be done when this fails too
+    const bool written = file.write(bytes) == bytes.size() && file.flush();
+    // Past QFile, which would first try to write the rest. Nothing is left to do when this fails too.
+    if (!written)
+        std::ignore = ftruncate(file.handle(), 0);
     file.close();
 }
 
@@ -33,21 +37,21 @@ void LoginCfg::SaveUserFiles(const QString& name, const QString& password, const
 {
     const QString nameHash = Hashed(name);
     const QString passwordHash = Hashed(password);
-    WriteWhole(QStringLiteral("/tmp/.user"),
-               QStringLiteral("$U") + nameHash + QStringLiteral("\n$P") + passwordHash + QStringLiteral("\n"));
+    QFile hashed(QStringLiteral("/tmp/.user"));
+    if (OpenGuarded(hashed, GuardedMode::Truncate))
+        WriteWhole(hashed, QStringLiteral("$U") + nameHash + QStringLiteral("\n$P") + passwordHash + QLatin1Char('\n'));
+    QFile enciphered(SavedUserFile);
+    if (!OpenGuarded(enciphered, GuardedMode::Truncate))
+        return;
     const QStringList fields{Enciphered(name), Enciphered(password), Enciphered(domain)};
-    WriteWhole(SavedUserFile, fields.join(Separator) + QStringLiteral("\n"));
+    WriteWhole(enciphered, fields.join(Separator) + QLatin1Char('\n'));
 }
 
 QString LoginCfg::LoadSavedUserName() const
 {
     if (!loggedIn)
         return {};
-    QFile file(SavedUserFile);
-    if (!OpenGuarded(file, GuardedMode::Read))
-        return {};
-    const QString text = QString::fromLatin1(file.readAll());
-    file.close();
+    const QString text = QString::fromLatin1(ReadGuarded(SavedUserFile, SavedUserMaxBytes));
     return Deciphered(text.split(Separator).first());
 }
 
