@@ -3,6 +3,6 @@
 #pragma once
 
 // Keeps the passwords of this process out of core dumps and away from other processes of the user: no core file, no
-// tracing, no reading of its memory. The children start with the usual rights again. First thing in main().
+// tracing, no reading of its memory (its children may be traced as usual). First thing in main().
 // False when the program runs with another effective user than the real one (set-user-id), for which it is not made.
 bool HardenProcess();

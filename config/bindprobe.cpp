@@ -14,13 +14,17 @@ constexpr int FinishTimeoutMs = 30000;
 constexpr int NotReachedStatus = 255;
 const QString InvalidCredentials = QStringLiteral("52e");
 
-// The exit status as judged below. A child stopped at the time limit reports 0 and may pass only because nothing else
-// is asked here; one that never started or was stopped for flooding can't have bound.
+// The exit status as judged below. A child still running at the time limit reports 0, as the process object has it; no
+// login builds on that. One that never started or was stopped for flooding can't have bound.
 int ExitStatusOf(const QProcess& process, bool ranToEnd)
 {
     if (ForkFailed(process) || process.error() == QProcess::FailedToStart)
         return NotReachedStatus;
-    return ranToEnd || process.state() == QProcess::Running ? process.exitCode() : NotReachedStatus;
+    if (!ranToEnd)
+        return process.state() == QProcess::Running ? 0 : NotReachedStatus;
+    // Of a crashed child the code is a signal's number, or nothing at all.
+    return process.exitStatus() == QProcess::CrashExit && process.exitCode() == 0 ? NotReachedStatus
+                                                                                  : process.exitCode();
 }
 
 QString SearchBase(const QString& domain)
