@@ -38,7 +38,7 @@ QString Line(QtMsgType type, const QMessageLogContext& context, const QString& m
         return {};
     // The locale's bytes taken back as Latin-1; intended, readers of the log know it so.
     const QString text = QString::fromLatin1(message.toLocal8Bit());
-    const QString file = QString::fromLatin1(QString::fromLatin1(context.file).toLocal8Bit());
+    const QString file = QString::fromLatin1(context.file);
     return format.arg(text, file, QString::number(context.line));
 }
 

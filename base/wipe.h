@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <cstring>
+#include <utility>
 
 // Bytes that hold a password, overwritten when they go out of scope.
 class SecretBytes {

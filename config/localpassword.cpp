@@ -15,8 +15,10 @@ bool LoginCfg::CheckLocalPassword(const QString& entered) const
     }
     const QString& stored = terminalPasswordMode ? terminalPassword : localAuthPassword;
     // A text that was not obscured decodes to null, which Qt would hold equal to an empty entry.
-    const QString decoded = TavStringBlur::Decode(stored);
-    if (!decoded.isNull() && decoded == entered)
+    QString decoded = TavStringBlur::Decode(stored);
+    const bool matches = !decoded.isNull() && decoded == entered;
+    decoded.fill(QChar()); // overwrites the password in place
+    if (matches)
         return true;
     // A failed hash is an empty text: it can match an empty stored password only, and is meant to.
     return stored == HashedWith(entered, stored.toLatin1());

@@ -6,14 +6,15 @@
 #include <QStringList>
 
 class LdapHandler;
+class TavXmlConfig;
 
 // How the terminal wants people to log in, and the state of a remote login. The configuration is read once, at
 // construction. Used on the GUI thread only. Failures of file writes and child scripts are silent by design: a login
 // must not fail because of them.
 class LoginCfg {
 public:
-    // `terminalPasswordMode`: whether CheckLocalPassword compares with the terminal password.
-    explicit LoginCfg(bool terminalPasswordMode);
+    // `terminalPasswordModeFlag`: whether CheckLocalPassword compares with the terminal password.
+    explicit LoginCfg(bool terminalPasswordModeFlag);
 
     bool NeedAuthentication() const { return needAuthentication; }
     bool LocalAuthEnabled() const { return authEnabled && localAuthEnabled; }
@@ -67,14 +68,16 @@ public:
     QStringList stringList; // no operation uses it
     bool loggedIn = false;
     bool requireCert = false;
-    QString remotePort;
+    QString remotePort = QStringLiteral("389"); // as text
     qint64 daysToExpiry = 0;
     qint64 expiryWarningDays = 5;
     bool passwordChanged = false;
 
-private:
+    // Reads the configuration into the members and returns needAuthentication; the constructor calls it.
     bool ReadConfig();
-    void ReadXmlStore(const class TavXmlConfig& xml);
+
+private:
+    void ReadXmlStore(const TavXmlConfig& xml);
     void ReadRegistryStore();
     void SplitServers();
 

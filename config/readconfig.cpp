@@ -29,14 +29,8 @@ QString Text(const TavXmlConfig& xml, const char* key)
 LoginCfg::LoginCfg(bool terminalPasswordModeFlag)
 {
     qDebug() << "LoginCfg()";
-    requireCert = false;
-    remotePort = QStringLiteral("389");
     ReadConfig();
     terminalPasswordMode = terminalPasswordModeFlag;
-    loggedIn = false;
-    passwordChanged = false;
-    daysToExpiry = 0;
-    expiryWarningDays = 5;
 }
 
 bool LoginCfg::ReadConfig()

@@ -6,8 +6,7 @@
 
 void LoginCfg::SendSecurityEvent(const QString& user, bool flag)
 {
-    QProcess script;
-    script.setProgram(QStringLiteral("send_event.sh"));
-    script.setArguments({flag ? QStringLiteral("sec01") : QStringLiteral("sec02"), user});
-    script.startDetached(); // a missing script must not affect the login
+    const QString code = flag ? QStringLiteral("sec01") : QStringLiteral("sec02");
+    QProcess::startDetached(QStringLiteral("send_event.sh"),
+                            {code, user}); // a missing script must not affect the login
 }

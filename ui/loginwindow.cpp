@@ -12,7 +12,9 @@
 #include <QCoreApplication>
 #include <QDebug>
 #include <QMessageBox>
+#include <QPixmap>
 #include <QTimer>
+#include <cstdlib>
 
 namespace {
 
