@@ -13,6 +13,7 @@
 #include <QDebug>
 #include <cstdio>
 #include <cstdlib>
+#include <tuple>
 #include <unistd.h>
 
 namespace {
@@ -63,6 +64,7 @@ int main(int argc, char** argv)
     unsetenv("SESSION_MANAGER");
     // No OpenGL: loading it would more than double the time to the first frame.
     QCoreApplication::setAttribute(Qt::AA_ForceRasterWidgets);
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QApplication app(argc, argv);
     InstallTranslation(app);
     new WindowActivator(&app);

@@ -38,6 +38,7 @@ ngremotelogin::ngremotelogin(LoginCfg* configuration, QWidget* parent)
 {
     debugEnabled = QFile::exists(QStringLiteral("/tmp/debug-login"));
     ui->setupUi(this);
+    SharpenPictures();
     SetUpWindow();
     ShowBackground();
     StyleFields();
@@ -60,6 +61,17 @@ ngremotelogin::ngremotelogin(LoginCfg* configuration, QWidget* parent)
 }
 
 ngremotelogin::~ngremotelogin() = default;
+
+// On a dense screen the form's pictures are replaced by those of twice the size, which only QIcon looks for.
+void ngremotelogin::SharpenPictures()
+{
+    if (devicePixelRatioF() <= 1)
+        return;
+    const QIcon user(QStringLiteral(":/images/user-icon-png-orange-150x140.png"));
+    ui->userimage->setPixmap(user.pixmap(150, 140));
+    const QIcon capsLock(QStringLiteral(":/images/capslock32.png"));
+    ui->capslock->setPixmap(capsLock.pixmap(32, 32));
+}
 
 void ngremotelogin::SetUpWindow()
 {

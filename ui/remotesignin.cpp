@@ -15,6 +15,7 @@
 #include <QMessageBox>
 #include <QTimer>
 #include <cstdlib>
+#include <tuple>
 
 namespace {
 

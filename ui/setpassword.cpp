@@ -22,6 +22,13 @@ SetPassword::SetPassword(QWidget* parent) : QDialog(parent), ui(new Ui::SetPassw
 
 SetPassword::~SetPassword() = default;
 
+// Wider than the form says where a large font or a long translation needs it.
+void SetPassword::showEvent(QShowEvent* event)
+{
+    resize(size().expandedTo(sizeHint()));
+    QDialog::showEvent(event);
+}
+
 void SetPassword::SetServer(const QString& server)
 {
     m_server = server;

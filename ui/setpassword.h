@@ -39,6 +39,9 @@ private:
 public:
     bool m_success = false;
 
+protected:
+    void showEvent(QShowEvent* event) override;
+
 private slots:
     void on_buttonBox_accepted();
     void on_buttonBox_rejected();
