@@ -51,7 +51,7 @@ while [ $# -gt 0 ]; do
 done
 lab/prepare qorm-login tavctl
 if ! lab/sandbox --check; then
-    echo "run.sh: this kernel allows no sandbox (bubblewrap); a domain controller on the machine itself is too much." >&2
+    echo "run.sh: this kernel allows no sandbox, and a domain controller on the machine itself is too much." >&2
     exit 1
 fi
 exec lab/sandbox $attended lab/demo "$mode" "$type" "$user" "$attended"
