@@ -14,7 +14,7 @@
 namespace {
 
 // 10,000 keys take about 0.5 MB; what is longer is no configuration, and must not fill the memory.
-constexpr qint64 MaxFileBytes = 4 * 1024 * 1024;
+constexpr qint64 MaxFileBytes = qint64(4) * 1024 * 1024;
 
 } // namespace
 

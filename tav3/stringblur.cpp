@@ -31,7 +31,7 @@ QString TavStringBlur::Decode(const QString& text)
     auto plain = Unseal(text.midRef(Prefix.size()).toLatin1(), BlurKey);
     if (!plain)
         return {};
-    const QString decoded = QString::fromUtf8(plain->constData(), plain->size());
+    QString decoded = QString::fromUtf8(plain->constData(), plain->size());
     Wipe(*plain);
     return decoded;
 }
