@@ -69,6 +69,13 @@ LdapHandler::LdapHandler(const QString& server, const QString& user, const QStri
     s_userName = user;
     s_password = password;
     s_debugEnabled = QFile::exists(QStringLiteral("/tmp/debug-login"));
+    ConnectProcess();
+    if (s_debugEnabled)
+        qDebug() << QStringLiteral("serverName=") + s_serverName;
+}
+
+void LdapHandler::ConnectProcess()
+{
     m_process = new QProcess;
     connect(m_process, SIGNAL(finished(int)), SLOT(OnProcessFinished(int)));
     connect(m_process, SIGNAL(readyReadStandardError()), SLOT(OnStandardErrorReady()));
@@ -76,8 +83,6 @@ LdapHandler::LdapHandler(const QString& server, const QString& user, const QStri
     connect(m_process, SIGNAL(errorOccurred(QProcess::ProcessError)),
             SLOT(OnProcessErrorOccurred(QProcess::ProcessError)));
     connect(m_process, SIGNAL(started()), SLOT(OnProcessStarted()));
-    if (s_debugEnabled)
-        qDebug() << QStringLiteral("serverName=") + s_serverName;
 }
 
 QStringList LdapHandler::RunCommand(const QString& program, const QStringList& arguments, const QString& label)

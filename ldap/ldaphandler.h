@@ -7,6 +7,8 @@
 #include <QProcess>
 #include <QStringList>
 
+struct PasswordDates;
+
 // Runs the command-line tools of the password features: ldapsearch synchronously (expiry query) and smbpasswd through
 // its prompts (password change). One instance a process, made at first use and never deleted. The server, user and
 // password it works with are class-wide; every request overwrites them. Used on the GUI thread only.
@@ -47,6 +49,10 @@ public:
 
     // Directory sub-code, or code of our own, to the sentence for the user.
     static const QMap<QString, QString> LdapErrorMessages;
+    // Whether a bind with this password would be one without a password, which proves nothing even where a directory
+    // allows it (RFC 4513, 5.1.2). A child's argument ends at the first NUL.
+    static bool CountsAsEmpty(const QString& password) { return password.isEmpty() || password.at(0).isNull(); }
+
     // The sentence of a code, "Unknown error code " and the code for one that is not listed.
     static QString ErrorMessage(const QString& code);
 
@@ -86,7 +92,7 @@ public:
     bool m_accountLocked = false;
     qint64 m_daysToExpiry = 0;
 
-    // Whether the last ChangePassword found an older child still running, so that its own was not started.
+    // Whether the last ChangePassword started no child of its own: an older one still ran, or fork() failed.
     bool m_startRefused = false;
 
 signals:
@@ -109,9 +115,10 @@ private:
     QString QueryNamingContext();
     QStringList BindArguments() const;
     bool ReportRefusedBind();
-    void ReportExpiry(const struct PasswordDates& dates);
+    void ReportExpiry(const PasswordDates& dates);
 
-    QString RefusalOfChange(const QString& newPassword) const;
+    void ConnectProcess();
+    static QString RefusalOfChange(const QString& newPassword);
     void StartSmbPasswd();
     void Answer(const QString& password);
     void StopFlood();

@@ -47,7 +47,7 @@ QString LdapHandler::ChangePassword(const QString& newPassword)
     return {};
 }
 
-QString LdapHandler::RefusalOfChange(const QString& newPassword) const
+QString LdapHandler::RefusalOfChange(const QString& newPassword)
 {
     if (!IsSmbPasswdAvailable())
         return QStringLiteral("Changing password is not possible at this time");
@@ -64,8 +64,12 @@ void LdapHandler::StartSmbPasswd()
     if (s_debugEnabled)
         qDebug() << s_smbPasswdProgram << arguments;
     m_process->start(s_smbPasswdProgram, arguments, QIODevice::ReadWrite);
-    if (!ForkFailed(*m_process))
+    if (ForkFailed(*m_process)) {
+        m_startRefused = true;
+        ConnectProcess(); // the old object believes in a child for ever and must not be deleted, see ChildDeleter
+    } else {
         m_process->waitForStarted(StartTimeoutMs); // a failed start is only logged
+    }
     if (s_debugEnabled)
         qDebug() << "ChangePassword"
                  << "process Started ";

@@ -1,0 +1,98 @@
+// SPDX-FileCopyrightText: 2026 The qorm-login authors
+// SPDX-License-Identifier: MIT
+#include "ldap/directoryanswer.h"
+
+namespace {
+
+constexpr quint64 SecondsPerDay = 86400;
+// Directory times count 100 ns ticks since 1601-01-01 UTC (MS-DTYP, FILETIME); the seconds from there to 1970-01-01.
+constexpr quint64 TicksPerSecond = 10000000;
+constexpr quint64 EpochOffsetSeconds = 11644473600;
+// In the year 2052. A password that never expires has a date far behind it.
+constexpr quint64 LastExpiryDay = 30000;
+
+// A time before 1970 wraps around to a huge number; intended.
+quint64 FileTimeToEpochDays(quint64 ticks)
+{
+    return (ticks / TicksPerSecond - EpochOffsetSeconds) / SecondsPerDay;
+}
+
+quint64 NumberBehind(QLatin1String name, QString line)
+{
+    return line.remove(name + QLatin1Char(':')).trimmed().toULongLong();
+}
+
+} // namespace
+
+// The client folds a long line at 78 columns and begins the rest with one blank (LDIF, RFC 2849).
+QStringList Unfold(const QStringList& lines)
+{
+    QStringList whole;
+    for (const QString& line : lines) {
+        if (line.startsWith(QLatin1Char(' ')) && !whole.isEmpty())
+            whole.last() += line.midRef(1);
+        else
+            whole += line;
+    }
+    return whole;
+}
+
+NamingContext ParseNamingContext(const QStringList& lines)
+{
+    for (QString line : Unfold(lines)) {
+        if (!line.startsWith(QLatin1String("namingContexts: DC=")) || line.contains(QLatin1String("DnsZones")))
+            continue;
+        const QString baseDn = line.remove(QStringLiteral("namingContexts:"));
+        return {baseDn, line.remove(QStringLiteral("DC=")).replace(QLatin1Char(','), QLatin1Char('.'))};
+    }
+    return {};
+}
+
+PasswordDates ParsePasswordDates(const QStringList& lines, qint64 now)
+{
+    PasswordDates dates;
+    dates.today = static_cast<quint64>(now) / SecondsPerDay;
+    const QLatin1String lastSet("pwdLastSet");
+    const QLatin1String expiry("msDS-UserPasswordExpiryTimeComputed");
+    const QLatin1String maxAge("pwdMaxAge");
+    for (const QString& line : lines) {
+        if (line.startsWith(lastSet))
+            dates.lastSetDays = FileTimeToEpochDays(NumberBehind(lastSet, line));
+        else if (line.startsWith(expiry))
+            dates.expiryDays = FileTimeToEpochDays(NumberBehind(expiry, line));
+        else if (line.startsWith(maxAge))
+            dates.maxAgeDays = NumberBehind(maxAge, line) / SecondsPerDay;
+    }
+    return dates;
+}
+
+qint64 PasswordDates::DaysSinceChange() const
+{
+    return static_cast<qint64>(today - lastSetDays);
+}
+
+qint64 PasswordDates::DaysToExpiry() const
+{
+    if (maxAgeDays != 0)
+        return static_cast<qint64>(maxAgeDays) - DaysSinceChange();
+    return static_cast<qint64>(expiryDays - today);
+}
+
+bool PasswordDates::IsExpiryKnown() const
+{
+    return maxAgeDays != 0 || (expiryDays != 0 && expiryDays <= LastExpiryDay);
+}
+
+QStringList ParseSubCodes(const QStringList& errorLines)
+{
+    if (errorLines.size() < 2 || !errorLines.first().contains(QLatin1String("ldap_bind: Invalid credentials (49)")))
+        return {};
+    QStringList codes;
+    for (const QString& part : errorLines.at(1).split(QLatin1Char(','))) {
+        const QString piece = part.trimmed();
+        const QStringList words = piece.split(QLatin1Char(' '));
+        if (piece.startsWith(QLatin1String("data")) && words.size() > 1)
+            codes += words.at(1);
+    }
+    return codes;
+}
