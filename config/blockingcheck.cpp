@@ -2,11 +2,23 @@
 // SPDX-License-Identifier: MIT
 #include "config/blockingcheck.h"
 
+#include <QAbstractButton>
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QKeyEvent>
 #include <QX11Info>
 
 namespace {
+
+// After so many ms nothing typed before is still on its way; the comparison of server times must not outlive it.
+constexpr qint64 StaleInputMs = 10000;
+
+bool IsSubmitKey(int key)
+{
+    // Space presses the button that has the focus; in a field it may repeat.
+    return key == Qt::Key_Return || key == Qt::Key_Enter
+        || (key == Qt::Key_Space && qobject_cast<QAbstractButton*>(QApplication::focusWidget()));
+}
 
 // Drops input that the X server saw before a given moment, and the repeats of a Return that is held down: one press is
 // one attempt. One object a process, made at the first check, child of the application.
@@ -21,29 +33,22 @@ public:
     // Server time in ms, 32 bits that wrap around after 49 days.
     void DropUntil(quint32 serverTime)
     {
-        m_active = true;
         m_dropUntil = serverTime;
+        m_sinceCheck.start();
     }
 
     bool eventFilter(QObject* object, QEvent* event) override
     {
-        if (IsHeldReturn(event))
-            return true;
-        if (m_active && IsInput(event) && IsStale(static_cast<QInputEvent*>(event)))
-            return true;
-        return QObject::eventFilter(object, event);
+        if (event->type() == QEvent::KeyRelease)
+            NoteRelease(static_cast<QKeyEvent*>(event));
+        if (!IsInput(event) || (!IsStale(static_cast<QInputEvent*>(event)) && !IsRepeat(event)))
+            return QObject::eventFilter(object, event);
+        event->accept(); // or Qt would still look for a shortcut
+        return true;
     }
 
 private:
     explicit InputFilter(QObject* parent) : QObject(parent) { qApp->installEventFilter(this); }
-
-    static bool IsHeldReturn(const QEvent* event)
-    {
-        if (event->type() != QEvent::KeyPress)
-            return false;
-        const auto* press = static_cast<const QKeyEvent*>(event);
-        return press->isAutoRepeat() && (press->key() == Qt::Key_Return || press->key() == Qt::Key_Enter);
-    }
 
     static bool IsInput(const QEvent* event)
     {
@@ -60,13 +65,37 @@ private:
 
     bool IsStale(const QInputEvent* event) const
     {
-        const auto stamp = static_cast<quint32>(event->timestamp());
-        return stamp != 0 && static_cast<qint32>(stamp - m_dropUntil) <= 0; // 0: not from the server
+        const auto stamp = static_cast<quint32>(event->timestamp()); // 0: not from the server
+        return m_sinceCheck.isValid() && m_sinceCheck.elapsed() < StaleInputMs && stamp != 0
+            && static_cast<qint32>(stamp - m_dropUntil) <= 0;
     }
 
-    bool m_active = false;
+    void NoteRelease(const QKeyEvent* release)
+    {
+        if (IsSubmitKey(release->key()))
+            m_lastRelease = release->timestamp();
+    }
+
+    // The server repeats a key as a release and a press of the same time; Qt marks only some of these presses.
+    bool IsRepeat(const QEvent* event) const
+    {
+        if (event->type() != QEvent::KeyPress && event->type() != QEvent::ShortcutOverride)
+            return false;
+        const auto* press = static_cast<const QKeyEvent*>(event);
+        return IsSubmitKey(press->key())
+            && (press->isAutoRepeat() || (press->timestamp() != 0 && press->timestamp() == m_lastRelease));
+    }
+
+    QElapsedTimer m_sinceCheck;
     quint32 m_dropUntil = 0;
+    ulong m_lastRelease = 0;
 };
+
+// The X server's time in ms, after all that was sent before; 0 on another platform.
+quint32 ServerTime()
+{
+    return QX11Info::isPlatformX11() ? static_cast<quint32>(QX11Info::getTimestamp()) : 0;
+}
 
 } // namespace
 
@@ -74,9 +103,9 @@ bool RunBlockingCheck(const std::function<bool()>& check)
 {
     InputFilter* filter = InputFilter::Instance();
     QApplication::setOverrideCursor(Qt::WaitCursor);
+    ServerTime(); // the round trip shows the cursor before we block
     const bool result = check();
     QApplication::restoreOverrideCursor();
-    if (QX11Info::isPlatformX11())
-        filter->DropUntil(static_cast<quint32>(QX11Info::getTimestamp()));
+    filter->DropUntil(ServerTime());
     return result;
 }
