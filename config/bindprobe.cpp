@@ -3,6 +3,7 @@
 #include "config/logincfg.h"
 
 #include "base/childprocess.h"
+#include "ldap/ldaphandler.h"
 #include "tav3/system.h"
 
 #include <QDebug>
@@ -75,13 +76,12 @@ bool LoginCfg::LdapSearchLoginToServer(const QString& server, const QString& use
     qDebug() << text;
     qDebug() << exitStatus << exitStatus << process->exitStatus();
     resultMessage.clear();
-    if (exitStatus == 0 && !password.isEmpty()) {
+    if (exitStatus == 0 && !LdapHandler::CountsAsEmpty(password)) {
         qDebug() << "Saving Name and Password";
         SaveUserFiles(user, password, remoteDomain);
         qDebug() << "Name and Password Saved";
         return true;
     }
-    // A bind without a password proves nothing (RFC 4513, 5.1.2).
     const QString code = exitStatus == 0 ? InvalidCredentials : BindProbeCode(text, exitStatus);
     TavSystem::cerr << "authentication error on server " << server << "Error Code=" << code << "\n";
     TavSystem::cerr.flush();

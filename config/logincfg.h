@@ -45,7 +45,8 @@ public:
     int CheckLdapResponse(bool queryOk, LdapHandler* handler);
 
     // A second way to verify a user: one direct bind a server, with the certificate setting applied. Saves the user on
-    // success; on failure resultMessage is the code (sub-code, "1001", "1002" or a decimal exit status).
+    // success; on failure resultMessage is the code (sub-code, "1001", "1002" or a decimal exit status). A client that
+    // hangs for 30 s counts as a success, so no login may build on this alone.
     bool LdapSearchLogin(const QString& user, const QString& password, bool useLdaps);
     bool LdapSearchLoginToServer(const QString& server, const QString& user, const QString& password, bool useLdaps);
 
