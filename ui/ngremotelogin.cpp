@@ -17,13 +17,8 @@
 
 namespace {
 
-constexpr int LoginHeight = 370;
-constexpr int UnlockHeight = 450;
-constexpr int ChangeUserHeight = 410;
-
 constexpr int TickMs = 1000;
 constexpr int CapsPollMs = 500;
-constexpr int ChangeUserMs = 30000; // without an edit
 constexpr int TooltipMs = 1000;
 constexpr int TooltipRise = 30;    // pixels above the password field
 constexpr int CountdownTicks = 10; // of 5 ms each after a good login, so that "Logging in" is painted
@@ -129,106 +124,6 @@ void ngremotelogin::StartTimers()
     capsTimer = new QTimer(this);
     connect(capsTimer, SIGNAL(timeout()), SLOT(checkCapsLock()));
     capsTimer->start(CapsPollMs);
-}
-
-void ngremotelogin::EnterLoginMode()
-{
-    changeUserMode = false;
-    unlockMode = false;
-    resize(width(), LoginHeight);
-    ui->change->hide();
-    ui->Unlock->hide();
-    ui->logout->hide();
-    ui->cancel->hide();
-    ui->leUser->setReadOnly(false);
-    ui->login->show();
-    ui->login->setDefault(true); // Return signs in
-    ui->leUser->clear();
-    ui->lePwd->clear();
-    ui->leUser->setFocus(Qt::OtherFocusReason);
-}
-
-void ngremotelogin::EnterUnlockMode()
-{
-    resize(width(), UnlockHeight);
-    changeUserMode = false;
-    unlockMode = true;
-    ui->leUser->setText(cfg->LoadSavedUserName());
-    ui->leUser->setReadOnly(true);
-    ui->lePwd->clear();
-    ui->lePwd->setFocus(Qt::OtherFocusReason);
-    ui->leUser->setStyleSheet(QStringLiteral("background-color: gray"));
-    ui->login->hide();
-    ui->cancel->hide();
-    ui->change->show();
-    ui->Unlock->show();
-    ui->Unlock->setDefault(true); // Return signs in
-    ui->logout->show();
-    delete changeUserTimer;
-    changeUserTimer = nullptr;
-}
-
-void ngremotelogin::EnterChangeUserMode()
-{
-    resize(width(), ChangeUserHeight);
-    changeUserMode = true;
-    unlockMode = false;
-    ui->change->hide();
-    ui->Unlock->hide();
-    ui->logout->hide();
-    ui->leUser->setReadOnly(false);
-    ui->leUser->clear();
-    ui->lePwd->clear();
-    ui->leUser->setFocus(Qt::OtherFocusReason);
-    ui->cancel->show();
-    ui->login->show();
-    ui->login->setDefault(true); // Return signs in
-    ui->leUser->setStyleSheet(QStringLiteral("background-color: white"));
-    changeUserTimer = new QTimer;
-    connect(changeUserTimer, SIGNAL(timeout()), SLOT(onCuTimeout()));
-    changeUserTimer->setInterval(ChangeUserMs);
-    changeUserTimer->start();
-}
-
-// No way of changing the mode may act in the middle of a login or after a good one: the exit status would be that of
-// the other mode, and open the session of the first user to the second.
-bool ngremotelogin::MayChangeMode() const
-{
-    return !checkRunning && !loginAccepted;
-}
-
-void ngremotelogin::on_change_clicked()
-{
-    if (MayChangeMode())
-        EnterChangeUserMode();
-}
-
-void ngremotelogin::on_cancel_clicked()
-{
-    if (MayChangeMode())
-        EnterUnlockMode();
-}
-
-void ngremotelogin::onCuTimeout()
-{
-    if (MayChangeMode())
-        EnterUnlockMode();
-}
-
-void ngremotelogin::on_leUser_textEdited(QString)
-{
-    RestartChangeUserTimer();
-}
-
-void ngremotelogin::on_lePwd_textEdited(QString)
-{
-    RestartChangeUserTimer();
-}
-
-void ngremotelogin::RestartChangeUserTimer()
-{
-    if (changeUserMode && changeUserTimer)
-        changeUserTimer->start();
 }
 
 void ngremotelogin::on_logout_clicked()

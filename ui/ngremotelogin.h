@@ -63,6 +63,7 @@ private:
     void SignIn();
     void OnAccepted();
     void OnRefused();
+    void ShowRefusal();
     void ShowTooltip();
     void hideTooltip(); // deliberately not a slot
     void AskForShutdown();

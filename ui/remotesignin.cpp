@@ -95,19 +95,7 @@ void ngremotelogin::OnAccepted()
 void ngremotelogin::OnRefused()
 {
     HideMessage();
-    QMessageBox box;
-    box.setTextFormat(Qt::PlainText);
-    // The sentences of the login chain are translated only here: logs and tables keep them in English.
-    box.setText(QCoreApplication::translate("LoginCfg", cfg->resultMessage.toUtf8().constData()));
-    if (cfg->passwordChanged) {
-        box.setWindowTitle(tr("Password Changed"));
-        --failedAttempts; // this attempt does not count
-        ui->lePwd->clear();
-    } else {
-        box.setWindowTitle(tr("Authentication Error"));
-    }
-    TavDesktop::SetDefaultStyleSheet(&box);
-    box.exec();
+    ShowRefusal();
     if (!ui->leUser->text().isEmpty()) {
         ui->lePwd->setFocus(Qt::OtherFocusReason);
         ui->lePwd->selectAll();
@@ -118,6 +106,24 @@ void ngremotelogin::OnRefused()
         qDebug() << "Too many log in failures";
         exit(6);
     }
+}
+
+// A changed password is told in the same way, but does not count as an attempt.
+void ngremotelogin::ShowRefusal()
+{
+    QMessageBox box;
+    box.setTextFormat(Qt::PlainText);
+    // The sentences of the login chain are translated only here: logs and tables keep them in English.
+    box.setText(QCoreApplication::translate("LoginCfg", cfg->resultMessage.toUtf8().constData()));
+    if (cfg->passwordChanged) {
+        box.setWindowTitle(tr("Password Changed"));
+        --failedAttempts;
+        ui->lePwd->clear();
+    } else {
+        box.setWindowTitle(tr("Authentication Error"));
+    }
+    TavDesktop::SetDefaultStyleSheet(&box);
+    box.exec();
 }
 
 void ngremotelogin::onTimeout()
