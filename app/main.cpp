@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/debuglog.h"
 #include "app/modeselection.h"
+#include "app/plainstyle.h"
 #include "app/translations.h"
 #include "app/windowactivator.h"
 #include "base/hardening.h"
@@ -65,6 +66,7 @@ int main(int argc, char** argv)
     // No OpenGL: loading it would more than double the time to the first frame.
     QCoreApplication::setAttribute(Qt::AA_ForceRasterWidgets);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    QApplication::setStyle(new PlainStyle); // owned by the application
     QApplication app(argc, argv);
     InstallTranslation(app);
     new WindowActivator(&app);

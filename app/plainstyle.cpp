@@ -1,0 +1,11 @@
+// SPDX-FileCopyrightText: 2026 The qorm-login authors
+// SPDX-License-Identifier: MIT
+#include "app/plainstyle.h"
+
+int PlainStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                          QStyleHintReturn* returnData) const
+{
+    if (hint == SH_DialogButtonBox_ButtonsHaveIcons)
+        return 0;
+    return QProxyStyle::styleHint(hint, option, widget, returnData);
+}
