@@ -46,6 +46,6 @@ int main(int argc, char** argv)
             return fflush(stdout) == 0 ? status : Fail("can't write to standard output");
         }
     }
-    fputs(Usage, stderr);
+    std::ignore = fputs(Usage, stderr);
     return UsageStatus;
 }

@@ -62,8 +62,7 @@ QString HashedWithWarning(const QString& password)
 {
     const auto isLost = [](QChar c) { return c.unicode() > 0xff; };
     if (std::any_of(password.begin(), password.end(), isLost))
-        fputs("tavctl: warning: characters outside Latin-1 all count as '?' in a hash; any of them will match\n",
-              stderr);
+        std::ignore = fputs("tavctl: warning: in a hash, characters outside Latin-1 can't be told apart\n", stderr);
     return Hashed(password);
 }
 

@@ -29,7 +29,7 @@ int PrintSavedField(SavedField field)
         return Fail("/tmp/.user.1 can't be deciphered: damaged, or saved by another user or with another key");
     const SecretBytes line(QString::fromLatin1(plain).append(QLatin1Char('\n')).toUtf8());
     explicit_bzero(plain, strlen(plain));
-    setvbuf(stdout, nullptr, _IONBF, 0); // no copy stays in its buffer
+    std::ignore = setvbuf(stdout, nullptr, _IONBF, 0); // no copy stays in its buffer
     const auto size = static_cast<size_t>(line.Size());
     return fwrite(line.Text(), 1, size, stdout) == size ? EXIT_SUCCESS : Fail("can't write to standard output");
 }

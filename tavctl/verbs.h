@@ -4,6 +4,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <tuple>
 
 // The verbs. Each returns the exit status; why it failed is told on standard error.
 
@@ -24,6 +25,6 @@ int PrintSavedField(SavedField field);
 
 inline int Fail(const char* reason)
 {
-    fprintf(stderr, "tavctl: %s\n", reason);
+    std::ignore = fprintf(stderr, "tavctl: %s\n", reason);
     return EXIT_FAILURE;
 }
