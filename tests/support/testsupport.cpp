@@ -2,14 +2,26 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/testsupport.h"
 
+#include <QDateTime>
 #include <QFile>
 #include <cstdio>
 #include <cstdlib>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace {
 
+QStringList s_messages;
+
+// Builtins only: the program may start it with an empty environment. The last line may lack its newline.
+const QByteArray Show
+    = "show() { while IFS= read -r line; do printf '%s\\n' \"$line\"; done < \"$1\"; printf '%s' \"$line\"; }\n";
+
 void StrictHandler(QtMsgType, const QMessageLogContext&, const QString& message)
 {
+    s_messages += message;
     fprintf(stderr, "%s\n", qPrintable(message));
     if (message.startsWith(QLatin1String("QObject::connect:"))
         || message.startsWith(QLatin1String("QMetaObject::connectSlotsByName:")))
@@ -23,6 +35,11 @@ void AbortOnConnectWarnings()
     qInstallMessageHandler(StrictHandler);
 }
 
+QStringList TakeMessages()
+{
+    return std::exchange(s_messages, {});
+}
+
 QByteArray FileText(const QString& path)
 {
     QFile file(path);
@@ -34,6 +51,31 @@ void WriteFile(const QString& path, const QByteArray& text)
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size())
         qFatal("can't write %s", qPrintable(path));
+}
+
+unsigned ModeOf(const QString& path)
+{
+    struct stat info { };
+    return stat(QFile::encodeName(path).constData(), &info) == 0 ? info.st_mode & 07777 : 0;
+}
+
+int ForkedCode(const std::function<int()>& body)
+{
+    const pid_t child = fork();
+    if (child == 0) {
+        const struct rlimit noCore = {0, 0};
+        setrlimit(RLIMIT_CORE, &noCore);
+        _exit(body());
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+}
+
+QByteArray DirectoryTime(qint64 daysFromToday)
+{
+    const qint64 day = QDateTime::currentSecsSinceEpoch() / 86400 + daysFromToday;
+    return QByteArray::number(day * 86400 + 86399 + 11644473600) + "9999999";
 }
 
 FakeTools::FakeTools() : m_path(qgetenv("PATH"))
@@ -50,10 +92,7 @@ void FakeTools::Install(const QString& name, const QByteArray& output, const QBy
 {
     WriteFile(Path(name + QStringLiteral(".out")), output);
     WriteFile(Path(name + QStringLiteral(".err")), error);
-    // Builtins only: the program may start it with an empty environment. The last line may lack its newline.
-    const QByteArray show
-        = "show() { while IFS= read -r line; do printf '%s\\n' \"$line\"; done; printf '%s' \"$line\"; }\n";
-    InstallScript(name, show + "show < \"$0.out\"; show < \"$0.err\" >&2; exit " + QByteArray::number(status) + "\n");
+    InstallScript(name, Show + "show \"$0.out\"; show \"$0.err\" >&2; exit " + QByteArray::number(status) + "\n");
 }
 
 void FakeTools::InstallScript(const QString& name, const QByteArray& script)
@@ -62,6 +101,21 @@ void FakeTools::InstallScript(const QString& name, const QByteArray& script)
     WriteFile(Path(name),
               "#!/bin/sh\nhere=${0%/*}\n{ IFS='|'; printf '%s\\n' \"$*\"; unset IFS; } >> \"$0.calls\"\n" + script);
     QFile::setPermissions(Path(name), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+}
+
+void FakeTools::InstallDirectory(const QByteArray& root, const QByteArray& answer)
+{
+    WriteFile(Path(QStringLiteral("root")), root);
+    WriteFile(Path(QStringLiteral("answer")), answer);
+    InstallScript(QStringLiteral("ldapsearch"),
+                  Show
+                      + "case \"$*\" in\n"
+                        "*//dead*|*ldaps://plain*) echo \"Can't contact LDAP server (-1)\" >&2; exit 255 ;;\n"
+                        "*namingContexts) show \"$here/root\"; exit ;;\n"
+                        "esac\n"
+                        "read -r first < \"$here/answer\"\n"
+                        "case $first in ldap_bind*) show \"$here/answer\" >&2; exit 49 ;; esac\n"
+                        "show \"$here/answer\"\n");
 }
 
 void FakeTools::Remove(const QString& name)

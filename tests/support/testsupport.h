@@ -5,12 +5,24 @@
 #include <QByteArray>
 #include <QStringList>
 #include <QTemporaryDir>
+#include <functional>
 
 // From here on a connection that Qt can't make ends the test: string-based ones fail only at run time.
 void AbortOnConnectWarnings();
+// What was logged since the last call, one text a message; kept from AbortOnConnectWarnings on.
+QStringList TakeMessages();
 
 QByteArray FileText(const QString& path);
 void WriteFile(const QString& path, const QByteArray& text);
+unsigned ModeOf(const QString& path); // the permission bits
+
+// The exit code of `body` in a forked process; minus the number of the signal that ended it. Unsuited, it ends with
+// SkipCode.
+int ForkedCode(const std::function<int()>& body);
+constexpr int SkipCode = 77;
+
+// The last tick of a day before (negative) or after today, as the directory prints it.
+QByteArray DirectoryTime(qint64 daysFromToday);
 
 // Stand-ins for command-line tools, in a folder at the head of PATH while this object lives.
 class FakeTools {
@@ -22,6 +34,9 @@ public:
     void Install(const QString& name, const QByteArray& output, const QByteArray& error = {}, int status = 0);
     // A tool with a shell script of its own; "$here" is the folder.
     void InstallScript(const QString& name, const QByteArray& script);
+    // A directory behind ldapsearch: its root entry, and what a bound search gets: an entry, or a complaint (status 49)
+    // when it begins with "ldap_bind". Servers named "dead..." don't answer, those named "plain..." only without TLS.
+    void InstallDirectory(const QByteArray& root, const QByteArray& answer);
     void Remove(const QString& name);
     // The argument lists of the calls so far, one text a call, the arguments joined with "|".
     QStringList Calls(const QString& name) const;
