@@ -1,0 +1,92 @@
+// SPDX-FileCopyrightText: 2026 The qorm-login authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QMap>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <functional>
+#include <memory>
+
+// Runs the built program as its terminal does: on an X server of its own, with a written configuration, by real keys.
+// Whoever waits here polls with a limit.
+
+constexpr int WaitMs = 15000; // for what must happen; the machine may be busy
+constexpr int NeverMs = 600;  // for what must not
+
+// Waits until `condition` holds; whether it does within the limit.
+bool Within(int limitMs, const std::function<bool()>& condition);
+
+// Ends with its object.
+class Service {
+public:
+    Service() = default;
+    ~Service();
+    QProcess process;
+};
+
+// An X server with nothing on it but what the test starts. A key that is held down repeats every 30 ms after 200 ms.
+class Desktop {
+public:
+    Desktop();
+    void StartWindowManager();
+    void StopWindowManager() { m_windowManager.reset(); }
+
+    void Keys(const QStringList& keys) const; // "Tab", "alt+F4"; without a pause between them
+    void Type(const QString& text, const QStringList& keys = {}) const;
+    void HoldDown(const QString& key) const;
+    void Release(const QString& key) const;
+    void MovePointer(int x, int y) const;
+    // The visible window of that title, 0 for none.
+    unsigned long Window(const QString& title) const;
+    // Of all titles and none, tooltips included.
+    int WindowCount() const;
+    bool Shows(const QString& title) const;
+    bool Hides(const QString& title) const;
+
+private:
+    Service m_server;
+    std::unique_ptr<Service> m_windowManager;
+};
+
+// A configuration folder whose config.xml holds these keys of the security section; the gates started next read it.
+class Configuration {
+public:
+    explicit Configuration(const QMap<QString, QString>& security);
+
+private:
+    QTemporaryDir m_folder;
+};
+
+// Removes what an earlier gate left, saved users and logs, and switches the debug log on.
+void CleanTerminal();
+
+// One run of the program. A wrapper is a command that ends in running its arguments.
+class Gate {
+public:
+    explicit Gate(const QStringList& arguments = {}, const QStringList& wrapper = {},
+                  const QString& program = QStringLiteral(BUILD_DIR "/bin/qorm-login"));
+    ~Gate();
+
+    // The exit status; -1 when it does not end, or a signal ended it.
+    int Status();
+    bool IsRunning() const { return m_process.state() == QProcess::Running; }
+    // Whether a line with `text` comes into the debug log, at least `times` times since CleanTerminal.
+    static bool Logs(const QString& text, int times = 1, int limitMs = WaitMs);
+    // The last line that tells of an attempt's end: its sentence, code and success.
+    static QString LastOutcome();
+
+private:
+    QProcess m_process;
+};
+
+// The demo's domain controller, answering at dc1.example.org; its users stand in lab/users.tsv.
+class DomainController {
+public:
+    DomainController();
+    ~DomainController();
+    void SetState(const QString& user, const QString& state) const;
+    void SetPassword(const QString& user, const QString& password) const;
+    static QMap<QString, QString> Settings(); // of a terminal of that domain
+    QString CertificateFile() const;
+};
