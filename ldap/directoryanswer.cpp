@@ -24,12 +24,13 @@ quint64 NumberBehind(QLatin1String name, QString line)
 
 } // namespace
 
-// The client folds a long line at 78 columns and begins the rest with one blank (LDIF, RFC 2849).
+// The client folds a long line at 78 columns and begins the rest with one blank (LDIF, RFC 2849). An empty line ends an
+// entry: nothing belongs to it.
 QStringList Unfold(const QStringList& lines)
 {
     QStringList whole;
     for (const QString& line : lines) {
-        if (line.startsWith(QLatin1Char(' ')) && !whole.isEmpty())
+        if (line.startsWith(QLatin1Char(' ')) && !whole.isEmpty() && !whole.last().isEmpty())
             whole.last() += line.midRef(1);
         else
             whole += line;
