@@ -115,12 +115,12 @@ private slots:
         Configure(Text("server"), Text("kind"));
         qputenv("LDAPTLS_CACERT", QFile::encodeName(m_server.CertificateFile()));
         Gate gate;
-        SignIn(QStringLiteral("nobody"), Password);
+        m_desktop.SignIn(QStringLiteral("nobody"), Password);
         QVERIFY(m_desktop.Shows(ErrorBox));
         m_desktop.Keys({Return});
         QVERIFY(m_desktop.Hides(ErrorBox));
         m_desktop.Keys({QStringLiteral("shift+Tab")});
-        SignIn(Text("user"), Password);
+        m_desktop.SignIn(Text("user"), Password);
         QCOMPARE(gate.Status(), 0);
         QVERIFY(HoldsUser(QStringLiteral("/tmp/.user"), Text("user")));
         QStringList expected;
@@ -136,7 +136,7 @@ private slots:
     {
         Configure(Text("server"), Text("kind"));
         Gate gate;
-        SignIn(Text("user"), Text("password"));
+        m_desktop.SignIn(Text("user"), Text("password"));
         QVERIFY(m_desktop.Shows(ErrorBox));
         QCOMPARE(Gate::LastOutcome(), Text("outcome"));
         QVERIFY(!QFile::exists(QStringLiteral("/tmp/.user")));
@@ -187,7 +187,7 @@ private slots:
             PressButton(2);
             m_desktop.Keys({QStringLiteral("Escape")}); // back in unlock mode
             PressButton(2);
-            SignIn(QStringLiteral("zoe"), Password);
+            m_desktop.SignIn(QStringLiteral("zoe"), Password);
             QCOMPARE(gate.Status(), 8);
         }
         QVERIFY(HoldsUser(QStringLiteral("/tmp/.newuser"), QStringLiteral("zoe")));
@@ -270,14 +270,6 @@ private:
         settings[QStringLiteral("remoteauthserver")] = servers;
         settings[QStringLiteral("remoteauthtype")] = kind;
         m_configuration = std::make_unique<Configuration>(settings);
-    }
-
-    // With the focus in the user name.
-    void SignIn(const QString& user, const QString& password)
-    {
-        QVERIFY(m_desktop.Shows(Dialog));
-        m_desktop.Type(user, {QStringLiteral("Tab")});
-        m_desktop.Type(password, {Return});
     }
 
     // In unlock mode, the button that many fields after the password: Unlock, Change User, Logout.

@@ -12,6 +12,7 @@
 namespace {
 
 const QString DebugLog = QStringLiteral("/tmp/QormLoginDebug.log");
+const QString AuditFile = QStringLiteral("/tmp/AdPwdTest.log");
 const QString ServerFolder = QStringLiteral("/tmp/dc");
 
 // Runs a tool to its end and returns its standard output, nothing when it failed.
@@ -97,6 +98,14 @@ void Desktop::Type(const QString& text, const QStringList& keys) const
         Keys(keys);
 }
 
+void Desktop::SignIn(const QString& user, const QString& password) const
+{
+    if (!Shows(QStringLiteral("User Authentication")))
+        qFatal("no remote-login dialog");
+    Type(user, {QStringLiteral("Tab")});
+    Type(password, {QStringLiteral("Return")});
+}
+
 void Desktop::HoldDown(const QString& key) const
 {
     Xdotool({QStringLiteral("keydown"), key});
@@ -146,7 +155,7 @@ Configuration::Configuration(const QMap<QString, QString>& security)
 void CleanTerminal()
 {
     for (const char* path : {"/tmp/.user", "/tmp/.user.1", "/tmp/.newuser", "/tmp/.newuser.1", "/tmp/.config/.loggedin",
-                             "/tmp/QormLoginDebug.log"})
+                             "/tmp/QormLoginDebug.log", "/tmp/AdPwdTest.log"})
         QFile::remove(QString::fromLatin1(path));
     WriteFile(QStringLiteral("/tmp/debug-login"), {});
 }
@@ -174,6 +183,11 @@ int Gate::Status()
 bool Gate::Logs(const QString& text, int times, int limitMs)
 {
     return Within(limitMs, [&] { return FileText(DebugLog).count(text.toUtf8()) >= times; });
+}
+
+QByteArray Gate::Logged()
+{
+    return FileText(DebugLog) + FileText(AuditFile);
 }
 
 QString Gate::LastOutcome()

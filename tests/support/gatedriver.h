@@ -34,6 +34,8 @@ public:
 
     void Keys(const QStringList& keys) const; // "Tab", "alt+F4"; without a pause between them
     void Type(const QString& text, const QStringList& keys = {}) const;
+    // In the remote-login dialog, as soon as it is there, with the focus in the user name.
+    void SignIn(const QString& user, const QString& password) const;
     void HoldDown(const QString& key) const;
     void Release(const QString& key) const;
     void MovePointer(int x, int y) const;
@@ -73,6 +75,8 @@ public:
     bool IsRunning() const { return m_process.state() == QProcess::Running; }
     // Whether a line with `text` comes into the debug log, at least `times` times since CleanTerminal.
     static bool Logs(const QString& text, int times = 1, int limitMs = WaitMs);
+    // The debug log and the audit file since CleanTerminal.
+    static QByteArray Logged();
     // The last line that tells of an attempt's end: its sentence, code and success.
     static QString LastOutcome();
 
