@@ -40,11 +40,14 @@ QStringList Unfold(const QStringList& lines)
 
 NamingContext ParseNamingContext(const QStringList& lines)
 {
-    for (QString line : Unfold(lines)) {
-        if (!line.startsWith(QLatin1String("namingContexts: DC=")) || line.contains(QLatin1String("DnsZones")))
+    const QLatin1String name("namingContexts:");
+    for (const QString& line : Unfold(lines)) {
+        if (!line.startsWith(name + QStringLiteral(" DC=")) || line.contains(QLatin1String("DnsZones")))
             continue;
-        const QString baseDn = line.remove(QStringLiteral("namingContexts:"));
-        return {baseDn, line.remove(QStringLiteral("DC=")).replace(QLatin1Char(','), QLatin1Char('.'))};
+        const QString baseDn = line.mid(name.size());
+        QString domain = baseDn;
+        domain.remove(QStringLiteral("DC=")).replace(QLatin1Char(','), QLatin1Char('.'));
+        return {baseDn, domain};
     }
     return {};
 }
