@@ -4,6 +4,8 @@
 
 #include "tav3/sealedtext.h"
 
+#include <QTextCodec>
+
 namespace {
 
 const QLatin1String Prefix("tb1:");
@@ -31,7 +33,9 @@ QString TavStringBlur::Decode(const QString& text)
     auto plain = Unseal(text.midRef(Prefix.size()).toLatin1(), BlurKey);
     if (!plain)
         return {};
-    QString decoded = QString::fromUtf8(plain->constData(), plain->size());
+    // QString::fromUtf8 would drop a byte-order mark that the text begins with.
+    QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
+    QString decoded = QTextCodec::codecForName("UTF-8")->toUnicode(plain->constData(), plain->size(), &state);
     Wipe(*plain);
     return decoded;
 }
