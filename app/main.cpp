@@ -57,7 +57,7 @@ QStringList CommandLine(int argc, char** argv)
 int main(int argc, char** argv)
 {
     if (!HardenProcess()) {
-        fputs("qorm-login: refusing to run set-user-id\n", stderr);
+        std::ignore = fputs("qorm-login: refusing to run set-user-id\n", stderr);
         return EXIT_FAILURE;
     }
     LoginCfg cfg(true); // before the application object, so that its lines come first

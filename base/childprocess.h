@@ -14,7 +14,7 @@ struct ChildDeleter {
 using ChildProcess = std::unique_ptr<QProcess, ChildDeleter>;
 
 // More output than this and a child counts as one that never finishes, so that a flood can't take the memory.
-constexpr qint64 MaxChildOutputBytes = 64 * 1024 * 1024;
+constexpr qint64 MaxChildOutputBytes = qint64(64) * 1024 * 1024;
 
 struct ChildOutput {
     QByteArray standardOutput; // with merged channels: both

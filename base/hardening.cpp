@@ -3,6 +3,7 @@
 #include "base/hardening.h"
 
 #include <csignal>
+#include <tuple>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <unistd.h>
@@ -26,6 +27,6 @@ bool HardenProcess()
     ForbidCoreFiles();
     prctl(PR_SET_DUMPABLE, 0, 0, 0, 0); // can't fail for 0; undone by the kernel when a child calls exec
     // With SIGCHLD ignored, as a starter may leave it, no child's exit status could be read.
-    signal(SIGCHLD, SIG_DFL);
+    std::ignore = signal(SIGCHLD, SIG_DFL);
     return geteuid() == getuid() && getegid() == getgid();
 }

@@ -11,7 +11,7 @@ namespace {
 // Takes the text out of a static buffer of the library and wipes it there.
 QString Taken(char* buffer)
 {
-    const QString text = QString::fromLatin1(buffer);
+    QString text = QString::fromLatin1(buffer);
     if (buffer)
         explicit_bzero(buffer, strlen(buffer));
     return text;

@@ -1,0 +1,52 @@
+#!/bin/bash
+# SPDX-FileCopyrightText: 2026 The qorm-login authors
+# SPDX-License-Identifier: MIT
+#
+# ./check.sh [format | lint | test | sanitize | fuzz | pictures | bench] [ARGUMENT]...
+#   What the contributors use; without an argument: lint, test, sanitize. CONTRIBUTING.md says what each does.
+set -euo pipefail
+cd "$(dirname "$0")"
+
+sources() { git ls-files '*.cpp' '*.h'; }
+
+scripts() { git ls-files | while IFS= read -r file; do
+    if [ -f "$file" ] && head -c 32 "$file" | grep -qE '^#!/bin/(ba)?sh'; then printf '%s\n' "$file"; fi
+done; }
+
+format() { sources | xargs clang-format -i; }
+
+# The product only: the tests' sources are checked by the compiler's warnings.
+tidy() {
+    cmake -S . -B build-lint -DCMAKE_EXPORT_COMPILE_COMMANDS=ON -DBUILD_TESTING=OFF > /dev/null
+    # What moc, uic and rcc generate must be there for clang-tidy to read the sources.
+    cmake --build build-lint --parallel 2 --target gate_setpassword_autogen gate_screens_autogen gate_ldap_autogen \
+        gate_app_autogen > /dev/null
+    git ls-files 'app/*.cpp' 'base/*.cpp' 'config/*.cpp' 'ldap/*.cpp' 'tav3/*.cpp' 'tavctl/*.cpp' 'ui/*.cpp' |
+        xargs -P 2 -n 4 clang-tidy -p build-lint --quiet --extra-arg=-std=c++17
+}
+
+lint() {
+    sources | xargs clang-format --dry-run -Werror
+    scripts | xargs shellcheck
+    cppcheck --enable=warning,performance,portability --error-exitcode=1 --quiet --inline-suppr --library=qt \
+        --suppress=unknownMacro -j 2 app base config ldap tav3 tavctl ui
+    tidy
+}
+
+sanitize() {
+    cmake --preset asan
+    cmake --build --preset asan --parallel 2
+    ctest --preset asan --parallel 2 --label-exclude lint "$@"
+}
+
+step=${1-}
+[ $# -eq 0 ] || shift
+case $step in
+    format | lint | sanitize) "$step" "$@" ;;
+    test) ./test.sh "$@" ;;
+    fuzz) tools/fuzz "$@" ;;
+    pictures) tools/make-pictures "$@" ;;
+    bench) ./bench.sh "$@" ;;
+    '') lint && ./test.sh --label-exclude lint && sanitize ;;
+    *) sed -n '5,6s/^# *//p' "$0" >&2; exit 2 ;;
+esac
