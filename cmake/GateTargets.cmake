@@ -1,5 +1,6 @@
 # SPDX-FileCopyrightText: 2026 The qorm-login authors
 # SPDX-License-Identifier: MIT
+include(CheckCXXCompilerFlag)
 
 # What every target of this project is compiled and linked with.
 add_library(gate_options INTERFACE)
@@ -12,7 +13,9 @@ target_compile_definitions(gate_options INTERFACE QT_NO_CAST_FROM_ASCII QT_NO_CA
 target_include_directories(gate_options INTERFACE ${PROJECT_SOURCE_DIR})
 
 # Hardening; FORTIFY needs optimisation, and the sanitizers bring their own checks.
-target_compile_options(gate_options INTERFACE -fstack-protector-strong -fcf-protection
+check_cxx_compiler_flag(-fcf-protection GATE_HAS_CF_PROTECTION) # x86 only
+target_compile_options(gate_options INTERFACE -fstack-protector-strong
+  $<$<BOOL:${GATE_HAS_CF_PROTECTION}>:-fcf-protection>
   $<$<AND:$<NOT:$<CONFIG:Debug>>,$<NOT:$<BOOL:${GATE_SANITIZE}>>>:-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2>)
 target_link_options(gate_options INTERFACE -Wl,-z,relro -Wl,-z,now -Wl,--as-needed)
 if(GATE_SANITIZE)
