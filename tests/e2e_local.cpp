@@ -45,7 +45,11 @@ private slots:
         m_events->InstallScript(EventScript, {});
     }
 
-    void cleanup() { m_events.reset(); }
+    void cleanup()
+    {
+        m_events.reset();
+        m_desktop.StopWindowManager();
+    }
 
     void WrongThenRight_data() { LoadTable("local.tsv"); }
 
@@ -55,15 +59,13 @@ private slots:
         const Configuration configuration(Settings(Flag("hashed")));
         const QString program = m_events->Path(Text("link"));
         QVERIFY(QFile::link(QStringLiteral(BUILD_DIR "/bin/qorm-login"), program));
-        Gate gate(Text("arguments").split(QLatin1Char(' '), Qt::SkipEmptyParts), {}, program);
+        Gate gate(Words(qPrintable(Text("arguments"))), {}, program);
         QVERIFY(m_desktop.Shows(Window));
         for (int attempt = 0; attempt < 2; ++attempt) {
-            m_desktop.Type(local ? TerminalPassword : LocalPassword, {QStringLiteral("Return")});
-            QVERIFY(m_desktop.Shows(ErrorBox));
-            m_desktop.Keys({QStringLiteral("Return")});
-            QVERIFY(m_desktop.Hides(ErrorBox));
+            m_desktop.Type(local ? TerminalPassword : LocalPassword, "Return");
+            QVERIFY(m_desktop.Confirms(ErrorBox));
         }
-        m_desktop.Type(local ? LocalPassword : TerminalPassword, {QStringLiteral("Return")});
+        m_desktop.Type(local ? LocalPassword : TerminalPassword, "Return");
         QCOMPARE(gate.Status(), 0);
         const QStringList events{QStringLiteral("sec01|localuser"), QStringLiteral("sec01|localuser"),
                                  QStringLiteral("sec02|localuser")};
@@ -79,15 +81,14 @@ private slots:
         const Configuration configuration(Settings(true));
         Gate gate;
         QVERIFY(m_desktop.Shows(Window));
-        m_desktop.Keys({QStringLiteral("Return")});
+        m_desktop.Keys("Return");
         AskToClose(m_desktop.Window(Window));
         if (Flag("window manager"))
-            m_desktop.Keys({QStringLiteral("alt+F4")});
+            m_desktop.Keys("alt+F4");
         QVERIFY(!Within(NeverMs, [&] { return !gate.IsRunning() || m_desktop.Window(ErrorBox) != 0; }));
         QCOMPARE(m_events->Calls(EventScript), QStringList());
-        m_desktop.Type(LocalPassword, {QStringLiteral("Return")});
+        m_desktop.Type(LocalPassword, "Return");
         QCOMPARE(gate.Status(), 0);
-        m_desktop.StopWindowManager();
     }
 
     void BouncedReturn()
@@ -96,7 +97,7 @@ private slots:
         const Configuration configuration(Settings(true));
         Gate gate;
         QVERIFY(m_desktop.Shows(Window));
-        m_desktop.Type(LocalPassword, {QStringLiteral("Return"), QStringLiteral("Return")});
+        m_desktop.Type(LocalPassword, "Return Return");
         QCOMPARE(gate.Status(), 0);
         QVERIFY(Gate::Logs(QStringLiteral("bounce handled")));
     }
@@ -106,7 +107,7 @@ private slots:
         const Configuration configuration(Settings(true));
         Gate gate({QStringLiteral("setup")});
         QVERIFY(m_desktop.Shows(Window));
-        m_desktop.Keys({QStringLiteral("Tab"), QStringLiteral("Tab"), QStringLiteral("space")});
+        m_desktop.Keys("Tab Tab space");
         QCOMPARE(gate.Status(), 1);
     }
 
@@ -115,7 +116,7 @@ private slots:
     void NoScreen()
     {
         const Configuration configuration({});
-        Gate gate(Text("arguments").split(QLatin1Char(' '), Qt::SkipEmptyParts));
+        Gate gate(Words(qPrintable(Text("arguments"))));
         QCOMPARE(gate.Status(), 0);
         QVERIFY(!QFile::exists(QStringLiteral("/tmp/QormLoginDebug.log")));
     }

@@ -16,22 +16,16 @@ const QString ChangedBox = QStringLiteral("Password Changed");
 const QString ErrorBox = QStringLiteral("Authentication Error");
 const QString OldPassword = QStringLiteral("Lantern-2026");
 const QString NewPassword = QStringLiteral("Harbour-2026");
-const QString Return = QStringLiteral("Return");
 
 // Starts a program where /usr/bin holds another smbpasswd, or none.
 QStringList WrapperFor(const QString& tool, const FakeTools& fakes)
 {
-    const QStringList sameWorld{QStringLiteral("bwrap"), QStringLiteral("--die-with-parent"),
-                                QStringLiteral("--dev-bind"), QStringLiteral("/"), QStringLiteral("/")};
-    const QString bind = QStringLiteral("--ro-bind");
-    const QString shell = QStringLiteral("/usr/bin/sh");
-    const QString search = QStringLiteral("/usr/bin/ldapsearch");
     if (tool == QLatin1String("missing"))
-        return sameWorld
-            + QStringList{
-                QStringLiteral("--tmpfs"), QStringLiteral("/usr/bin"), bind, shell, shell, bind, search, search};
+        return Words("bwrap --die-with-parent --dev-bind / / --tmpfs /usr/bin --ro-bind /usr/bin/sh /usr/bin/sh"
+                     " --ro-bind /usr/bin/ldapsearch /usr/bin/ldapsearch");
     if (tool == QLatin1String("hanging"))
-        return sameWorld + QStringList{bind, fakes.Path(QStringLiteral("hang")), QStringLiteral("/usr/bin/smbpasswd")};
+        return Words("bwrap --die-with-parent --dev-bind / / --ro-bind")
+            + QStringList{fakes.Path(QStringLiteral("hang")), QStringLiteral("/usr/bin/smbpasswd")};
     return {};
 }
 
@@ -59,8 +53,8 @@ private slots:
         QVERIFY(m_desktop.Shows(ErrorBox));
         QCOMPARE(Gate::LastOutcome(), Text("outcome"));
         QVERIFY(Gate::Logged().contains(Text("logged").toUtf8()));
-        Confirm(ErrorBox);
-        m_desktop.Keys({Return}); // with the password that is still there
+        QVERIFY(m_desktop.Confirms(ErrorBox));
+        m_desktop.Keys("Return"); // with the password that is still there
         QVERIFY(m_desktop.Shows(Dialog));
     }
 
@@ -73,14 +67,14 @@ private slots:
             m_desktop.SignIn(Text("user"), OldPassword);
             if (Flag("asked")) {
                 QVERIFY(m_desktop.Shows(QStringLiteral("Password Change?")));
-                m_desktop.Keys({QStringLiteral("alt+y")});
+                m_desktop.Keys("alt+y");
             }
             ChangePassword(NewPassword);
             QVERIFY(m_desktop.Shows(ChangedBox));
             QCOMPARE(Gate::LastOutcome(), Text("outcome"));
             QVERIFY(!QFile::exists(QStringLiteral("/tmp/.user")));
-            Confirm(ChangedBox);
-            m_desktop.Type(NewPassword, {Return});
+            QVERIFY(m_desktop.Confirms(ChangedBox));
+            m_desktop.Type(NewPassword, "Return");
             QCOMPARE(gate.Status(), 0);
         }
         Gate gate;
@@ -96,13 +90,13 @@ private slots:
         Gate gate;
         m_desktop.SignIn(user, OldPassword);
         ChangePassword(QStringLiteral("short"));
-        Confirm(ErrorBox);
-        m_desktop.Type(OldPassword, {Return});
+        QVERIFY(m_desktop.Confirms(ErrorBox));
+        m_desktop.Type(OldPassword, "Return");
         ChangePassword(NewPassword);
-        Confirm(ChangedBox);
-        m_desktop.Type(OldPassword, {Return});
-        Confirm(ErrorBox);
-        m_desktop.Type(NewPassword, {Return});
+        QVERIFY(m_desktop.Confirms(ChangedBox));
+        m_desktop.Type(OldPassword, "Return");
+        QVERIFY(m_desktop.Confirms(ErrorBox));
+        m_desktop.Type(NewPassword, "Return");
         QCOMPARE(gate.Status(), 0);
     }
 
@@ -123,15 +117,8 @@ private:
     void ChangePassword(const QString& password)
     {
         QVERIFY(m_desktop.Shows(Dialog));
-        m_desktop.Type(password, {QStringLiteral("Tab")});
-        m_desktop.Type(password, {Return});
-    }
-
-    void Confirm(const QString& box)
-    {
-        QVERIFY(m_desktop.Shows(box));
-        m_desktop.Keys({Return});
-        QVERIFY(m_desktop.Hides(box));
+        m_desktop.Type(password, "Tab");
+        m_desktop.Type(password, "Return");
     }
 
     Desktop m_desktop;

@@ -30,9 +30,7 @@ std::optional<QString> Output(const QString& program, const QStringList& argumen
 
 QStringList VisibleWindows(const QString& pattern)
 {
-    const auto found
-        = Output(QStringLiteral("xdotool"),
-                 {QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--name"), pattern});
+    const auto found = Output(QStringLiteral("xdotool"), Words("search --onlyvisible --name") + QStringList{pattern});
     return found.value_or(QString()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
 }
 
@@ -50,6 +48,11 @@ void Lab(const QStringList& arguments)
 
 } // namespace
 
+QStringList Words(const char* text)
+{
+    return QString::fromLatin1(text).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+}
+
 bool Within(int limitMs, const std::function<bool()>& condition)
 {
     return QTest::qWaitFor(condition, limitMs);
@@ -66,10 +69,8 @@ Desktop::Desktop()
 {
     m_server.process.setProcessChannelMode(QProcess::SeparateChannels);
     m_server.process.start(QStringLiteral("Xvfb"),
-                           {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-noreset"),
-                            QStringLiteral("-nolisten"), QStringLiteral("tcp"), QStringLiteral("-screen"),
-                            QStringLiteral("0"), QStringLiteral("1280x800x24"), QStringLiteral("-ardelay"),
-                            QStringLiteral("200"), QStringLiteral("-arinterval"), QStringLiteral("30")});
+                           Words("-displayfd 1 -noreset -nolisten tcp -screen 0 1280x800x24"
+                                 " -ardelay 200 -arinterval 30"));
     if (!m_server.process.waitForReadyRead(WaitMs))
         qFatal("no X server");
     qputenv("DISPLAY", ':' + m_server.process.readLine().trimmed());
@@ -80,45 +81,39 @@ void Desktop::StartWindowManager()
 {
     m_windowManager = std::make_unique<Service>();
     m_windowManager->process.start(QStringLiteral("openbox"), {QStringLiteral("--sm-disable")});
-    if (!Within(WaitMs,
-                [] { return Output(QStringLiteral("xdotool"), {QStringLiteral("get_num_desktops")}).has_value(); }))
+    if (!Within(WaitMs, [] { return Output(QStringLiteral("xdotool"), Words("get_num_desktops")).has_value(); }))
         qFatal("no window manager");
 }
 
 void Desktop::Keys(const QStringList& keys) const
 {
-    Xdotool(QStringList{QStringLiteral("key"), QStringLiteral("--delay"), QStringLiteral("0")} + keys);
+    if (!keys.isEmpty())
+        Xdotool(Words("key --delay 0") + keys);
 }
 
-void Desktop::Type(const QString& text, const QStringList& keys) const
+void Desktop::Type(const QString& text, const char* keys) const
 {
     if (!text.isEmpty())
-        Xdotool({QStringLiteral("type"), QStringLiteral("--delay"), QStringLiteral("2"), text});
-    if (!keys.isEmpty())
-        Keys(keys);
+        Xdotool(Words("type --delay 2") + QStringList{text});
+    Keys(keys);
 }
 
 void Desktop::SignIn(const QString& user, const QString& password) const
 {
     if (!Shows(QStringLiteral("User Authentication")))
         qFatal("no remote-login dialog");
-    Type(user, {QStringLiteral("Tab")});
-    Type(password, {QStringLiteral("Return")});
+    Type(user, "Tab");
+    Type(password, "Return");
 }
 
-void Desktop::HoldDown(const QString& key) const
+void Desktop::HoldDown(const char* key) const
 {
-    Xdotool({QStringLiteral("keydown"), key});
+    Xdotool(Words("keydown") + Words(key));
 }
 
-void Desktop::Release(const QString& key) const
+void Desktop::Release(const char* key) const
 {
-    Xdotool({QStringLiteral("keyup"), key});
-}
-
-void Desktop::MovePointer(int x, int y) const
-{
-    Xdotool({QStringLiteral("mousemove"), QString::number(x), QString::number(y)});
+    Xdotool(Words("keyup") + Words(key));
 }
 
 unsigned long Desktop::Window(const QString& title) const
@@ -140,6 +135,14 @@ bool Desktop::Shows(const QString& title) const
 bool Desktop::Hides(const QString& title) const
 {
     return Within(WaitMs, [&] { return Window(title) == 0; });
+}
+
+bool Desktop::Confirms(const QString& title) const
+{
+    if (!Shows(title))
+        return false;
+    Keys("Return");
+    return Hides(title);
 }
 
 Configuration::Configuration(const QMap<QString, QString>& security)

@@ -17,6 +17,9 @@ constexpr int NeverMs = 600;  // for what must not
 // Waits until `condition` holds; whether it does within the limit.
 bool Within(int limitMs, const std::function<bool()>& condition);
 
+// The words of a text, which stand between blanks.
+QStringList Words(const char* text);
+
 // Ends with its object.
 class Service {
 public:
@@ -32,19 +35,23 @@ public:
     void StartWindowManager();
     void StopWindowManager() { m_windowManager.reset(); }
 
-    void Keys(const QStringList& keys) const; // "Tab", "alt+F4"; without a pause between them
-    void Type(const QString& text, const QStringList& keys = {}) const;
+    // Key presses without a pause between them: "Tab alt+F4".
+    void Keys(const char* keys) const { Keys(Words(keys)); }
+    void Keys(const QStringList& keys) const;
+    // A text, and then such keys.
+    void Type(const QString& text, const char* keys = "") const;
     // In the remote-login dialog, as soon as it is there, with the focus in the user name.
     void SignIn(const QString& user, const QString& password) const;
-    void HoldDown(const QString& key) const;
-    void Release(const QString& key) const;
-    void MovePointer(int x, int y) const;
+    void HoldDown(const char* key) const;
+    void Release(const char* key) const;
     // The visible window of that title, 0 for none.
     unsigned long Window(const QString& title) const;
     // Of all titles and none, tooltips included.
     int WindowCount() const;
     bool Shows(const QString& title) const;
     bool Hides(const QString& title) const;
+    // Whether a box of that title comes, and goes on Return.
+    bool Confirms(const QString& title) const;
 
 private:
     Service m_server;
