@@ -20,6 +20,7 @@ const QString Dialog = QStringLiteral("User Authentication");
 const QString ErrorBox = QStringLiteral("Authentication Error");
 const QString EventScript = QStringLiteral("send_event.sh");
 const QString Password = QStringLiteral("Lantern-2026");
+const char ToLogout[] = "Tab Tab Tab space"; // from the password past Unlock and Change User
 const QString Attempt = QStringLiteral("on_pushButton_clicked");
 
 // As a session that `user` has opened leaves it.
@@ -62,8 +63,10 @@ public:
         m_tools.InstallScript(QStringLiteral("ldapsearch"), R"(case "$*" in
             *namingContexts*) echo 'namingContexts: DC=example,DC=org' ;;
             *) read -r verdict < "$here/verdict"
-               echo 'ldap_bind: Invalid credentials (49)
-    additional info: error, data 52e, v1' >&2 ;;
+               case $verdict in
+               good) printf 'dn: CN=fine\npwdLastSet: 0\n\n' ;;
+               *) printf 'ldap_bind: Invalid credentials (49)\n\tadditional info: error, data 52e, v1\n' >&2 ;;
+               esac ;;
             esac
             )");
     }
@@ -71,7 +74,7 @@ public:
     {
         return Within(WaitMs, [this] { return m_tools.Calls(QStringLiteral("ldapsearch")).size() == 2; });
     }
-    void Refuse() { WriteFile(m_tools.Path(QStringLiteral("verdict")), "no\n"); }
+    void Answer(const char* verdict) { WriteFile(m_tools.Path(QStringLiteral("verdict")), verdict); }
 
 private:
     FakeTools m_tools;
@@ -180,7 +183,7 @@ private slots:
         LogIn("fine");
         Gate gate;
         QVERIFY(m_desktop.Shows(Dialog));
-        m_desktop.Keys("Tab Tab Tab space"); // behind Unlock and Change User
+        m_desktop.Keys(ToLogout);
         QCOMPARE(gate.Status(), 7);
     }
 
@@ -214,12 +217,24 @@ private slots:
         QVERIFY(directory.IsAsked());
         QVERIFY(MessagePixels() > 20);
         QVERIFY(PointerPicture() != pointer);
-        // Neither another attempt nor the answer to the box that follows.
-        m_desktop.Type(QStringLiteral("typed ahead"), "Return Return Escape");
-        directory.Refuse();
+        m_desktop.Keys("Return Return");
+        directory.Answer("bad\n");
         QVERIFY(m_desktop.Shows(ErrorBox));
         QCOMPARE(PointerPicture(), pointer);
         QVERIFY(!Within(NeverMs, [&] { return m_desktop.Window(ErrorBox) == 0 || Gate::Logs(Attempt, 2, 0); }));
+    }
+
+    void NothingTypedMeanwhileCounts()
+    {
+        SlowDirectory directory;
+        LogIn("fine");
+        Gate gate;
+        QVERIFY(m_desktop.Shows(Dialog));
+        m_desktop.Type(Password, "Return");
+        QVERIFY(directory.IsAsked());
+        m_desktop.Keys(ToLogout);
+        directory.Answer("good\n");
+        QCOMPARE(gate.Status(), 0);
     }
 
     void HeldReturnIsOneAttempt()
