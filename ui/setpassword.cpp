@@ -7,6 +7,7 @@
 #include "ldap/ldaphandler.h"
 
 #include <QDebug>
+#include <QEvent>
 
 SetPassword::SetPassword(QWidget* parent) : QDialog(parent), ui(new Ui::SetPassword)
 {
@@ -22,11 +23,16 @@ SetPassword::SetPassword(QWidget* parent) : QDialog(parent), ui(new Ui::SetPassw
 
 SetPassword::~SetPassword() = default;
 
-// Wider than the form says where a large font or a long translation needs it.
-void SetPassword::showEvent(QShowEvent* event)
+// Larger than the form says where a large font or a long translation needs it, when a longer complaint or a view button
+// appears, too: the layout alone would squeeze the fields.
+bool SetPassword::event(QEvent* event)
 {
-    resize(size().expandedTo(sizeHint()));
-    QDialog::showEvent(event);
+    const bool handled = QDialog::event(event);
+    if (event->type() == QEvent::Show || event->type() == QEvent::LayoutRequest) {
+        const int width = std::max(this->width(), sizeHint().width());
+        resize(width, std::max(height(), layout()->totalHeightForWidth(width)));
+    }
+    return handled;
 }
 
 void SetPassword::SetServer(const QString& server)

@@ -40,7 +40,7 @@ public:
     bool m_success = false;
 
 protected:
-    void showEvent(QShowEvent* event) override;
+    bool event(QEvent* event) override;
 
 private slots:
     void on_buttonBox_accepted();
