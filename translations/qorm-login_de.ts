@@ -67,7 +67,7 @@
     </message>
     <message>
         <source>Verifying credentials</source>
-        <translation>Anmeldedaten werden geprüft</translation>
+        <translation>Anmeldung wird geprüft</translation>
     </message>
     <message>
         <source>Logging in</source>
