@@ -48,7 +48,8 @@ int TryWithoutFork()
 
 int TryHardening()
 {
-    struct rlimit core { };
+    struct rlimit core = {1, RLIM_INFINITY};
+    setrlimit(RLIMIT_CORE, &core);
     const bool hardened = HardenProcess() && getrlimit(RLIMIT_CORE, &core) == 0 && core.rlim_cur == 0;
     return !hardened || prctl(PR_GET_DUMPABLE) != 0;
 }
@@ -99,7 +100,7 @@ private slots:
         pid_t id = 0;
         connect(process.get(), &QProcess::started, [&] { id = static_cast<pid_t>(process->processId()); });
         const QStringList arguments{QStringLiteral("-c"), Text("script")};
-        QCOMPARE(RunChild(*process, Text("program"), arguments, 1000, mayRun ? 60000 : 500, result), Flag("ran"));
+        QCOMPARE(RunChild(*process, Text("program"), arguments, 1000, mayRun ? 60000 : 1500, result), Flag("ran"));
         if (!output.isNull())
             QCOMPARE(result.standardOutput + result.standardError, output.toUtf8());
         process.reset();

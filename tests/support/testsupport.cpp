@@ -63,7 +63,7 @@ int ForkedCode(const std::function<int()>& body)
 {
     const pid_t child = fork();
     if (child == 0) {
-        const struct rlimit noCore = {0, 0};
+        const struct rlimit noCore = {0, RLIM_INFINITY};
         setrlimit(RLIMIT_CORE, &noCore);
         _exit(body());
     }
