@@ -220,7 +220,7 @@ private slots:
         m_desktop.Keys("Return Return");
         directory.Answer("bad\n");
         QVERIFY(m_desktop.Shows(ErrorBox));
-        QCOMPARE(PointerPicture(), pointer);
+        QVERIFY(Within(WaitMs, [&] { return PointerPicture() == pointer; }));
         QVERIFY(!Within(NeverMs, [&] { return m_desktop.Window(ErrorBox) == 0 || Gate::Logs(Attempt, 2, 0); }));
     }
 
