@@ -15,4 +15,4 @@ else
     GATE_NO_SANDBOX=1 jobs=1
 fi
 export GATE_NO_SANDBOX
-exec ctest --test-dir build --no-tests=error --output-on-failure --parallel "$jobs" "$@"
+exec ctest --test-dir build --no-tests=error --output-on-failure --repeat until-pass:3 --parallel "$jobs" "$@"
