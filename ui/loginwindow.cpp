@@ -53,11 +53,14 @@ LoginWindow::LoginWindow(LoginCfg* configuration, QWidget* parent)
     ShowLockPicture();
     if (!cfg)
         cfg = new LoginCfg(true); // lives as long as the process
+    genkeyMode = !arguments.isEmpty() && arguments.first().contains(QLatin1String("genkey"));
+    // Before the style sheet: every change of the flags applies it anew to the whole window.
+    setWindowFlags(genkeyMode ? Qt::WindowTitleHint : Qt::CustomizeWindowHint | Qt::WindowTitleHint);
     TavDesktop::InitWindowPosition(this);
     TavDesktop::SetDefaultStyleSheet(this);
-    setWindowFlags(Qt::WindowTitleHint);
     cfg->WriteLoginLog(arguments.join(QLatin1Char(',')));
-    ApplyArguments(arguments);
+    if (!genkeyMode)
+        ApplyArguments(arguments);
 }
 
 LoginWindow::~LoginWindow()
@@ -77,10 +80,6 @@ void LoginWindow::ShowLockPicture()
 // A plain start asks for the local password, one with an argument for the terminal password.
 void LoginWindow::ApplyArguments(const QStringList& arguments)
 {
-    if (!arguments.isEmpty() && arguments.first().contains(QLatin1String("genkey"))) {
-        genkeyMode = true;
-        return;
-    }
     if (arguments.size() < 2) {
         cfg->terminalPasswordMode = false;
     } else {
@@ -88,8 +87,6 @@ void LoginWindow::ApplyArguments(const QStringList& arguments)
         if (arguments.at(1) != QLatin1String("setup"))
             extraArgument = arguments.at(1);
     }
-    setWindowFlags(Qt::CustomizeWindowHint | Qt::WindowTitleHint);
-    genkeyMode = false;
 }
 
 bool LoginWindow::IsDone() const
