@@ -26,14 +26,24 @@ constexpr int MaxErrorEntries = 100;
 
 const char BackgroundPicture[] = "/tmp/config/files/login.jpg";
 
+// Before Qt reads a PNG by itself it loads every image plugin of the machine, to ask each whether the picture is its
+// own. While one of these lives it finds none.
+class WithoutPlugins {
+public:
+    WithoutPlugins() { QCoreApplication::setLibraryPaths({}); }
+    ~WithoutPlugins() { QCoreApplication::setLibraryPaths(m_paths); }
+    Q_DISABLE_COPY(WithoutPlugins)
+private:
+    const QStringList m_paths = QCoreApplication::libraryPaths();
+};
+
 } // namespace
 
 ngremotelogin::ngremotelogin(LoginCfg* configuration, QWidget* parent)
     : QDialog(parent), ui(new Ui::ngremotelogin), cfg(configuration)
 {
     debugEnabled = QFile::exists(QStringLiteral("/tmp/debug-login"));
-    ui->setupUi(this);
-    SharpenPictures();
+    BuildForm();
     SetUpWindow();
     ShowBackground();
     StyleFields();
@@ -57,6 +67,14 @@ ngremotelogin::ngremotelogin(LoginCfg* configuration, QWidget* parent)
 
 ngremotelogin::~ngremotelogin() = default;
 
+void ngremotelogin::BuildForm()
+{
+    const WithoutPlugins picturesAreBuiltIn;
+    ui->setupUi(this);
+    SharpenPictures();
+    setWindowIcon(QIcon(QStringLiteral(":/images/orvek_logo_black_32.png")));
+}
+
 // On a dense screen the form's pictures are replaced by those of twice the size, which only QIcon looks for.
 void ngremotelogin::SharpenPictures()
 {
@@ -72,7 +90,6 @@ void ngremotelogin::SetUpWindow()
 {
     ui->leDomain->setStyleSheet(QStringLiteral("QLineEdit { border: none }"));
     ui->leDomain->setFrame(false);
-    setWindowIcon(QIcon(QStringLiteral(":/images/orvek_logo_black_32.png")));
     setWindowFlags(Qt::CustomizeWindowHint | Qt::WindowTitleHint);
     TavDesktop::InitWindowPosition(this);
     TavDesktop::SetDefaultStyleSheet(this);

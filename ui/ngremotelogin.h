@@ -43,6 +43,7 @@ private slots:
     bool eventFilter(QObject* object, QEvent* event) override;
 
 private:
+    void BuildForm();
     void SharpenPictures();
     void SetUpWindow();
     void ShowBackground();
