@@ -30,10 +30,10 @@ list_sources() {
     fi
 }
 
-# Leaves the packages in the folder $1.
+# Leaves the packages in the folder $1. The time stamps are those of now, as in a fresh checkout.
 build_in() {
     mkdir -p "$1/source"
-    list_sources | tar --create --null --files-from=- | tar --extract --directory "$1/source"
+    list_sources | tar --create --null --files-from=- | tar --extract --touch --directory "$1/source"
     (cd "$1/source" && dpkg-buildpackage --unsigned-source --unsigned-changes)
 }
 

@@ -5,8 +5,9 @@
 # tests/session_script.sh BUILD_DIR
 #   The example scripts of a terminal: each exit status with a gate that ends as it is told, then the real gate on an X
 #   server of its own. Started in lab/sandbox.
+# shellcheck disable=SC2016 # what is in single quotes is for a stand-in
 set -euo pipefail
-build=$1 examples=$(realpath "${0%/*}/../docs/examples")
+build=$1 examples=$(realpath "${0%/*}/../docs/examples") table=$(realpath "${0%/*}/tables/session.tsv")
 work=$(mktemp -d)
 cd "$work"
 # shellcheck disable=SC2046 # job numbers; this ends only what was started here
@@ -27,27 +28,17 @@ await() {
 stand_in() { printf '#!/bin/sh\n%s\n' "$(cat)" > "$1"; chmod +x "$1"; }
 
 mkfifo answers commands display
-asked=0
-touch calls
-stand_in logger <<'END'
-shift 5
-echo "$1" >> "${0%/*}/journal"
-END
-stand_in sleep <<'END'
-[ "$1" != 1 ] || echo pause >> calls
-exec /bin/sleep 0.02
-END
-stand_in client <<'END'
-echo "$*" > client.out
-cat >> client.out
-END
+stand_in logger <<< 'shift 5; echo "$1" >> journal'
+stand_in sleep <<< '[ "$1" != 1 ] || echo pause >> calls; exec /bin/sleep 0.02'
+stand_in client <<< '{ echo "$*"; cat; } > client.out'
 # Carries out a command at a time, and has a program that has left its process group.
 stand_in desktop <<'END'
 echo $$ > processes
 [ -z "${DISPLAY-}" ] || openbox &
 setsid /bin/sleep 100 &
 echo $! >> processes
-while read -r command < commands; do $command; done
+exec 3<> commands
+while read -r command <&3; do $command; done
 END
 # Writes down what it finds when it is started.
 stand_in qorm-login <<'END'
@@ -56,8 +47,8 @@ found=
 [ ! -e /tmp/.user.1 ] || found="$found user"
 [ ! -e /tmp/.newuser ] || found="$found hand-over"
 for process in $(cat processes 2> /dev/null); do kill -0 "$process" 2> /dev/null && found="$found desktop"; done
-echo "gate $*:$found" >> calls
-read -r status < answers
+echo "gate${*:+ $*}:$found" >> calls
+read -r status 3<> answers <&3
 [ "$status" != killed ] || kill -KILL $$
 [ "$status" != 8 ] || touch /tmp/.newuser /tmp/.newuser.1
 exit "$status"
@@ -70,54 +61,29 @@ echo '<c><user><system><security><enableremoteauth>true</enableremoteauth><remot
 <remoteauthtype>LDAPS</remoteauthtype><remoteauthdomain>example.org</remoteauthdomain></security></system></user></c>' \
     > config.xml
 
-gates() { [ "$(grep -c gate calls)" = "$1" ]; }
-# Each answer for a gate of its own.
-answer() {
-    local status
-    for status in "$@"; do
-        await gates $((++asked))
-        echo "$status" > answers
-    done
-}
+# A request to lock that comes while the gate still runs changes nothing.
+desktop_alone() { [ "$(wc -w < /proc/$session/task/$session/children)" = 1 ]; }
 lock() { echo "terminal-session lock" > commands; }
 window() { xdotool search --sync --onlyvisible --name "^$1\$" > /dev/null; }
 window_manager() { xdotool get_num_desktops > /dev/null 2>&1; }
 
-# A hand-over and a user of an earlier session are there at the start; another hand-over is feigned before a lock.
+# Each row of the table: what is done, what the gate then finds when it is started, how it ends.
 every_status() {
-    touch /tmp/.newuser /tmp/.newuser.1 /tmp/.user.1
-    terminal-session & session=$!
-    answer 1 7 127 killed 0; touch /tmp/.user.1; touch /tmp/.newuser /tmp/.newuser.1
-    lock; answer 6 42 0
-    lock; answer 8 0
-    lock; answer 7 0
-    lock; answer killed 0
+    local action found status
+    touch /tmp/.newuser /tmp/.newuser.1 /tmp/.user.1 # of an earlier session
+    terminal-session 2> /dev/null & session=$!
+    while IFS=$'\t' read -r action found status; do
+        [ "$action" != lock ] || { await desktop_alone; lock; }
+        await grep -qs gate calls
+        diff <(echo "$found") <(paste -s -d ' ' calls) || fail "before status $status"
+        rm calls
+        echo "$status" > answers
+        [ "$action" != leave-files ] || touch /tmp/.newuser /tmp/.newuser.1 /tmp/.user.1
+    done < <(grep -v '^#' "$table")
     echo true > commands # until the desktop stands
     kill -TERM $session
     wait $session && fail "The session ended with 0."
     [ ! -e /tmp/.config/.loggedin ] || fail "The marker is left."
-    diff - calls <<'END'
-gate :
-pause
-gate :
-pause
-gate :
-pause
-gate :
-pause
-gate :
-gate force: marker user desktop desktop
-pause
-gate force: marker user desktop desktop
-pause
-gate force: marker user desktop desktop
-gate force: marker user desktop desktop
-gate force: hand-over
-gate force: marker desktop desktop
-gate :
-gate force: marker desktop desktop
-gate :
-END
 }
 
 press() { xdotool key --delay 20 "$@"; }
@@ -133,7 +99,7 @@ at_the_start() { [ ! -e /tmp/.config/.loggedin ] && [ ! -e /tmp/.user.1 ] && [ !
 
 # A user signs in, another takes over at the lock and connects to a remote desktop, logs out.
 real_users() {
-    rm qorm-login
+    rm qorm-login journal
     Xvfb -displayfd 3 -nolisten tcp 2> /dev/null 3> display &
     read -r DISPLAY < display
     export DISPLAY=:$DISPLAY
@@ -143,7 +109,7 @@ real_users() {
     signed_in first || fail "The first user is not saved."
     lock
     sign_in second 'Lantern "2"' Tab Tab space
-    await grep -q 'ended with 8' journal
+    await grep -qs "ended with 8" journal
     await signed_in second
     echo "start-remote-desktop client /v:desktops" > commands
     await grep -qs Lantern client.out
