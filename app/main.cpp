@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The qorm-login authors
 // SPDX-License-Identifier: MIT
 #include "app/debuglog.h"
+#include "app/maskedfields.h"
 #include "app/modeselection.h"
 #include "app/plainstyle.h"
 #include "app/translations.h"
@@ -69,6 +70,7 @@ int main(int argc, char** argv)
     QApplication::setStyle(new PlainStyle); // owned by the application
     QApplication app(argc, argv);
     InstallTranslation(app);
+    MaskSecretFields();
     new WindowActivator(&app);
     const QStringList commandLine = CommandLine(argc, argv);
     const QString programPath = commandLine.value(0);
