@@ -53,7 +53,7 @@ def measure_all():
 def plot(results, path):
     import matplotlib
     matplotlib.use("svg")
-    matplotlib.rcParams["svg.hashsalt"] = "growth"  # the same figures give the same file
+    matplotlib.rcParams.update({"svg.hashsalt": "growth", "svg.fonttype": "none"})  # same figures, same file
     from matplotlib import pyplot
     figure, axes = pyplot.subplots(2, 2, figsize=(9, 6.5))
     for (subject, (title, _)), left in zip(SUBJECTS.items(), axes.flat):
