@@ -44,25 +44,15 @@ void Enter(const QWidget& window, const char* field, const QString& text)
     QTest::keyClicks(Find<QLineEdit>(window, field), text);
 }
 
-void Click(const QWidget& window, const char* button)
+// Clicks a button, presses Escape or calls a slot of the window.
+void Do(QWidget& window, const QByteArray& step)
 {
-    Find<QPushButton>(window, button)->click();
-}
-
-void Invoke(QObject& object, const char* slot)
-{
-    QVERIFY2(QMetaObject::invokeMethod(&object, slot), slot);
-}
-
-// A button, a key or a slot of the dialog.
-void Take(QWidget& dialog, const QString& step)
-{
-    if (step == QLatin1String("Escape"))
-        QTest::keyClick(&dialog, Qt::Key_Escape);
-    else if (step.startsWith(QLatin1String("on")))
-        Invoke(dialog, qPrintable(step));
+    if (step == "Escape")
+        QTest::keyClick(&window, Qt::Key_Escape);
+    else if (step.startsWith("on"))
+        QVERIFY2(QMetaObject::invokeMethod(&window, step.constData()), step.constData());
     else
-        Click(dialog, qPrintable(step));
+        Find<QPushButton>(window, step.constData())->click();
 }
 
 QString DefaultButtons(const QWidget& dialog)
@@ -160,7 +150,7 @@ private slots:
         dialog.show();
         for (const QString& step : Text("steps").split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
             Enter(dialog, "lePwd", QStringLiteral("left over"));
-            Take(dialog, step);
+            Do(dialog, step.toLatin1());
         }
         QCOMPARE(QString::number(dialog.height()), Text("height"));
         QCOMPARE(Seen(dialog, QStringLiteral("Unlock login change logout cancel")), Text("buttons"));
@@ -185,7 +175,7 @@ private slots:
         Enter(dialog, "leUser", Text("user"));
         Enter(dialog, "lePwd", QStringLiteral("secret"));
         const BoxAnswer box;
-        Invoke(dialog, "on_login_clicked");
+        Do(dialog, "on_login_clicked");
         QCOMPARE(box.said, QStringLiteral("Authentication Error: Your account has been disabled"));
         QCOMPARE(dialog.focusWidget()->objectName(), Text("focus"));
         QCOMPARE(Find<QLineEdit>(dialog, "lePwd")->selectedText(), Text("selected"));
@@ -202,18 +192,18 @@ private slots:
                                       + "\nmsDS-UserPasswordExpiryTimeComputed: " + DirectoryTime(3) + "\n\n");
         ngremotelogin dialog(m_cfg.get());
         dialog.show();
-        Click(dialog, "change");
+        Do(dialog, "change");
         Enter(dialog, "leUser", QStringLiteral("new"));
         Enter(dialog, "lePwd", QStringLiteral("secret"));
         const auto disturb = [&dialog] {
             for (const char* step : {"onCuTimeout", "cancel", "Escape"})
-                Take(dialog, QLatin1String(step));
+                Do(dialog, step);
         };
         const BoxAnswer box([&](QMessageBox* question) {
             disturb();
             question->button(QMessageBox::No)->click();
         });
-        Invoke(dialog, "on_login_clicked");
+        Do(dialog, "on_login_clicked");
         QCOMPARE(box.said,
                  QStringLiteral("Password Change?:  Your Password will expire in  3 day(s).\n\n"
                                 " Do you want to change your password now?  \n"));
@@ -236,7 +226,7 @@ private slots:
         clock.start();
         for (auto* dialog : {&idle, &edited}) {
             dialog->show();
-            Click(*dialog, "change");
+            Do(*dialog, "change");
         }
         QTimer::singleShot(1500, [&] { Enter(edited, "leUser", QStringLiteral("n")); });
         QTimer::singleShot(3000, [&] { Enter(edited, "lePwd", QStringLiteral("p")); });
@@ -276,7 +266,7 @@ private slots:
         Prefill(dialog, Text("new"), Text("retyped"));
         QCOMPARE(Find<QLabel>(dialog, "lblProblem")->text(), Text("problem"));
         QCOMPARE(Seen(dialog, QStringLiteral("pbViewOldPwd pbViewNewPwd pbViewRetypePwd")), Text("view"));
-        Click(dialog, "pushButton");
+        Do(dialog, "pushButton");
         QCOMPARE(Find<QLabel>(dialog, "lblProblem")->text(), Text("problem at the click"));
         QTRY_COMPARE(dialog.isVisible(), !Text("problem at the click").isEmpty());
     }
@@ -309,7 +299,7 @@ private slots:
         InstallSmbPasswd(Text("ending").toUtf8());
         SetPassword dialog;
         Prefill(dialog, QStringLiteral("new"), QStringLiteral("new"));
-        Click(dialog, "pushButton");
+        Do(dialog, "pushButton");
         QTRY_VERIFY(!dialog.isVisible());
         QCOMPARE(dialog.m_success, Flag("success"));
         QCOMPARE(dialog.m_message, Text("message"));
@@ -324,12 +314,12 @@ private slots:
         {
             SetPassword cancelled;
             Prefill(cancelled, QStringLiteral("new"), QStringLiteral("new"));
-            Click(cancelled, "pushButton");
+            Do(cancelled, "pushButton");
             QTRY_VERIFY(!FileText(m_tools->Path(QStringLiteral("answers"))).isEmpty());
         }
         SetPassword dialog;
         Prefill(dialog, QStringLiteral("newer"), QStringLiteral("newer"));
-        Click(dialog, "pushButton");
+        Do(dialog, "pushButton");
         EndSmbPasswd();
         QTRY_VERIFY(!dialog.isVisible());
         QVERIFY(!dialog.m_success);
@@ -341,10 +331,10 @@ private slots:
         InstallSmbPasswd("echo refused >&2; read -r end < \"$here/end\"");
         SetPassword dialog;
         Prefill(dialog, QStringLiteral("new"), QStringLiteral("new"));
-        Click(dialog, "pushButton");
+        Do(dialog, "pushButton");
         const LdapHandler* handler = LdapHandler::s_instance;
         QTRY_COMPARE(handler->m_stdErr, QStringLiteral("refused\n"));
-        Click(dialog, "pushButton");
+        Do(dialog, "pushButton");
         QVERIFY(handler->m_stdErr.isEmpty());
         EndSmbPasswd();
         QTRY_VERIFY(!dialog.isVisible());
