@@ -62,6 +62,13 @@ bool Fits(const QWidget* widget)
     return needed.boundedTo(widget->size()) == needed;
 }
 
+// The lock is a picture of the terminal's own.
+bool IsEmpty(const QLabel* label)
+{
+    return label && label->text().isEmpty() && label->pixmap(Qt::ReturnByValue).isNull()
+        && label->objectName() != QLatin1String("lIcon");
+}
+
 // Cut texts, and widgets that lie on others or reach out of their parent.
 QStringList LayoutFaults(QWidget& window)
 {
@@ -71,6 +78,8 @@ QStringList LayoutFaults(QWidget& window)
     for (const QWidget* widget : seen) {
         if (!Fits(widget))
             faults += Name(widget) + QStringLiteral(" cuts its text");
+        if (IsEmpty(qobject_cast<const QLabel*>(widget)))
+            faults += Name(widget) + QStringLiteral(" shows nothing");
         if (!widget->parentWidget()->rect().contains(widget->geometry()))
             faults += Name(widget) + QStringLiteral(" reaches out of its parent");
         for (const QWidget* other : seen) {
