@@ -177,8 +177,8 @@ private slots:
     void DamagedTextsAreRefused()
     {
         // Of this length both printed forms end in a character with spare bits.
-        const QByteArray blurred = TavStringBlur::Encode(QStringLiteral("pass1")).toLatin1();
-        const QByteArray printed = rdp_encrypt("pass1");
+        const QByteArray blurred = TavStringBlur::Encode(QStringLiteral("pass12")).toLatin1();
+        const QByteArray printed = rdp_encrypt("pass12");
         const auto bothRefuse = [](const QByteArray& blur, const QByteArray& cipher) {
             return TavStringBlur::Decode(QString::fromLatin1(blur)).isNull() && !rdp_decrypt(cipher.constData());
         };
