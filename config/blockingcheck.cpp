@@ -7,6 +7,7 @@
 #include <QElapsedTimer>
 #include <QKeyEvent>
 #include <QX11Info>
+#include <cstdlib>
 
 namespace {
 
@@ -106,6 +107,11 @@ bool RunBlockingCheck(const std::function<bool()>& check)
     ServerTime(); // the round trip shows the cursor before we block
     const bool result = check();
     QApplication::restoreOverrideCursor();
-    filter->DropUntil(ServerTime());
+    const quint32 now = ServerTime();
+    // The server went meanwhile. Qt ends the program at the next event, but by then a user would have been saved, and
+    // the next start would hand over to whoever sits in front of it.
+    if (now == 0 && QX11Info::isPlatformX11())
+        exit(EXIT_FAILURE);
+    filter->DropUntil(now);
     return result;
 }
