@@ -168,6 +168,7 @@ Gate::Gate(const QStringList& arguments, const QStringList& wrapper, const QStri
     m_process.setProcessChannelMode(QProcess::ForwardedChannels);
     const QStringList command = wrapper + QStringList{program} + arguments;
     m_process.start(command.first(), command.mid(1));
+    m_process.waitForStarted(WaitMs);
 }
 
 Gate::~Gate()
@@ -180,7 +181,7 @@ int Gate::Status()
 {
     if (m_process.state() != QProcess::NotRunning && !m_process.waitForFinished(WaitMs))
         return -1;
-    return m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;
+    return m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : 128 + m_process.exitCode();
 }
 
 bool Gate::Logs(const QString& text, int times, int limitMs)

@@ -77,8 +77,9 @@ public:
                   const QString& program = QStringLiteral(BUILD_DIR "/bin/qorm-login"));
     ~Gate();
 
-    // The exit status; -1 when it does not end, or a signal ended it.
+    // The exit status as shells have it, 128 plus its number for a signal; -1 when the program does not end.
     int Status();
+    pid_t ProcessId() const { return static_cast<pid_t>(m_process.processId()); } // of the first of the wrappers
     bool IsRunning() const { return m_process.state() == QProcess::Running; }
     // Whether a line with `text` comes into the debug log, at least `times` times since CleanTerminal.
     static bool Logs(const QString& text, int times = 1, int limitMs = WaitMs);

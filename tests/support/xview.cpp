@@ -47,6 +47,21 @@ QByteArray PointerPicture()
     return picture;
 }
 
+QString FocusedTitle()
+{
+    const auto display = OpenDisplay();
+    XSetErrorHandler([](Display*, XErrorEvent*) { return 0; }); // it may be gone already
+    Window window = None;
+    int revertTo = 0;
+    char* name = nullptr;
+    XGetInputFocus(display.get(), &window, &revertTo);
+    if (window == None || window == PointerRoot || !XFetchName(display.get(), window, &name))
+        return {};
+    const QString title = QString::fromLatin1(name);
+    XFree(name);
+    return title;
+}
+
 void AskToClose(unsigned long window)
 {
     const auto display = OpenDisplay();

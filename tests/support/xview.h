@@ -8,5 +8,7 @@
 QImage ScreenPixels();
 // The picture of the pointer as it is shown now.
 QByteArray PointerPicture();
+// The title of the window that gets what is typed.
+QString FocusedTitle();
 // Asks the window, as a window manager does, to close.
 void AskToClose(unsigned long window);
