@@ -108,8 +108,9 @@ void Announce(QAccessibleEvent* event)
     }
 }
 
-// Brings letters past the bridge, whose filter of the application's events reports every key that comes from the
-// display. Keys without a letter still go there, so that a screen reader's commands work.
+// Brings the keys past the bridge, whose filter of the application's events would report each of them, and hold it back
+// until somebody on the bus has answered. All of them, or letters would overtake the Tab before them: a screen reader
+// hears what the keys do, but its own commands don't work here.
 class SilentKeys : public QObject {
 public:
     explicit SilentKeys(QObject* application) : QObject(application) { application->installEventFilter(this); }
@@ -119,16 +120,13 @@ public:
         const QEvent::Type type = event->type();
         if (type != QEvent::ShortcutOverride && type != QEvent::KeyPress && type != QEvent::KeyRelease)
             return false;
-        if (!event->spontaneous() || !IsSecret(QApplication::focusWidget()) || !QAccessible::isActive())
+        if (!event->spontaneous() || !QAccessible::isActive())
             return false;
-        auto* key = static_cast<QKeyEvent*>(event);
         if (type == QEvent::ShortcutOverride) { // comes before each key press
             qApp->installEventFilter(this);     // in front again, as the bridge can connect at any time
             return false;
         }
-        if (key->text().isEmpty() || !key->text().at(0).isPrint())
-            return false;
-        SendSilently(target, key);
+        SendSilently(target, static_cast<QKeyEvent*>(event));
         return true;
     }
 
