@@ -74,7 +74,10 @@ QString Tree()
 
 bool Shows(const QString& lines)
 {
-    return Within(WaitMs, [&] { return Tree().contains(lines); });
+    if (Within(WaitMs, [&] { return Tree().contains(lines); }))
+        return true;
+    qWarning("%s\nis not in\n%s", qPrintable(lines), qPrintable(Tree()));
+    return false;
 }
 
 // Presses or releases ("b1p", "b1r") the left button of the pointer over the node of that name.
@@ -154,12 +157,12 @@ private slots:
         m_desktop.Type(QStringLiteral("fine"), "Tab");
         m_desktop.Type(Password, "Caps_Lock");
         QVERIFY(Shows(QStringLiteral("dialog: User Authentication\n"
-                                     "label: User picture\n"
+                                     "image: User picture\n"
                                      "label: Username:\n"
                                      "text: Username: = fine\n"
                                      "label: Password:\n"
                                      "password text: Password: = ***\n"
-                                     "label: Caps Lock is on\n"
+                                     "image: Caps Lock is on\n"
                                      "label: Domain:\n"
                                      "text: Domain: = example.org\n")));
         m_desktop.Keys("Caps_Lock Return");

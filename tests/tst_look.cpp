@@ -7,16 +7,15 @@
 #include "ldap/ldaphandler.h"
 #include "tav3/desktop.h"
 #include "tav3/rdpcipher.h"
+#include "tests/support/table.h"
 #include "tests/support/testsupport.h"
 #include "ui/loginwindow.h"
 #include "ui/ngremotelogin.h"
 #include "ui/setpassword.h"
 
 #include <QApplication>
-#include <QDialogButtonBox>
 #include <QDir>
 #include <QLabel>
-#include <QLayout>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QProcess>
@@ -25,7 +24,6 @@
 #include <QTimer>
 #include <QToolTip>
 #include <QTranslator>
-#include <QXmlStreamReader>
 #include <cmath>
 
 namespace {
@@ -106,91 +104,40 @@ double Contrast(QRgb one, QRgb other)
     return (light + 0.05) / (dark + 0.05);
 }
 
-// Takes away all text that the window shows, and nothing else, while it lives.
-class Blank {
-public:
-    explicit Blank(QWidget& window) : m_layouts(window.findChildren<QLayout*>())
-    {
-        for (QLayout* layout : m_layouts)
-            layout->setEnabled(false);
-        QWidgetList widgets = Seen(window);
-        if (qobject_cast<QLabel*>(&window)) // a tooltip
-            widgets += &window;
-        for (QWidget* widget : widgets) {
-            for (const char* name : {"text", "placeholderText"})
-                Keep(widget, name);
-        }
-    }
-    ~Blank()
-    {
-        for (const auto& [widget, name, text] : m_texts)
-            Set(widget, name, text);
-        for (QLayout* layout : m_layouts)
-            layout->setEnabled(true);
-    }
-
-    QWidgetList Widgets() const
-    {
-        QWidgetList widgets;
-        for (const auto& text : m_texts)
-            widgets += std::get<QWidget*>(text);
-        return widgets;
-    }
-
-private:
-    void Keep(QWidget* widget, const char* name)
-    {
-        const QVariant text = widget->property(name);
-        if (!text.isValid())
-            return;
-        m_texts.append({widget, name, text});
-        Set(widget, name, QString());
-    }
-    static void Set(QWidget* widget, const char* name, const QVariant& text)
-    {
-        const QSignalBlocker quiet(widget);
-        widget->setProperty(name, text);
-    }
-
-    QList<QLayout*> m_layouts;
-    QVector<std::tuple<QWidget*, const char*, QVariant>> m_texts;
-};
-
-// The contrast of a text with what lies behind it, where it is weakest: in each piece as wide as a letter is high the
-// strongest pixel counts, as the edges of letters are blurred. Without text that of black and white.
-double TextContrast(const QImage& with, const QImage& without, const QRect& place, int piece)
+// The contrast of the picture's most frequent colour, its ground, with the colour that stands out most. The strongest
+// pixel counts, as the edges of letters are blurred.
+double TextContrast(const QImage& picture)
 {
-    QVector<double> strongest(place.width() / piece + 1, 1);
-    QVector<int> changed(strongest.size(), 0);
-    for (int y = place.top(); y <= place.bottom(); ++y) {
-        const auto* text = reinterpret_cast<const QRgb*>(with.constScanLine(y)) + place.left();
-        const auto* behind = reinterpret_cast<const QRgb*>(without.constScanLine(y)) + place.left();
-        for (int x = 0; x < place.width(); ++x) {
-            if (text[x] == behind[x])
-                continue;
-            ++changed[x / piece];
-            strongest[x / piece] = std::max(strongest[x / piece], Contrast(text[x], behind[x]));
-        }
+    QHash<QRgb, int> colours;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x)
+            ++colours[picture.pixel(x, y)];
     }
-    double weakest = 21;
-    for (int i = 0; i < strongest.size(); ++i) {
-        if (changed[i] > piece) // else a gap, or the edge of a letter
-            weakest = std::min(weakest, strongest[i]);
-    }
-    return weakest;
+    const QList<QRgb> all = colours.keys();
+    const QRgb ground = *std::max_element(
+        all.begin(), all.end(), [&](QRgb one, QRgb other) { return colours.value(one) < colours.value(other); });
+    double strongest = 1;
+    for (const QRgb colour : all)
+        strongest = std::max(strongest, Contrast(colour, ground));
+    return strongest;
 }
 
 QStringList FaintTexts(QWidget& window, const char* state)
 {
-    QCoreApplication::sendPostedEvents(); // what a change of state has still to do would count as text
-    const QImage with = window.grab().toImage().convertToFormat(QImage::Format_RGB32);
-    const Blank blank(window);
-    const QImage without = window.grab().toImage().convertToFormat(QImage::Format_RGB32);
-    const int scale = window.devicePixelRatio();
+    QCoreApplication::sendPostedEvents();
+    const QImage picture = window.grab().toImage().convertToFormat(QImage::Format_RGB32);
+    const qreal scale = window.devicePixelRatioF();
+    constexpr int Border = 3; // pixels
     QStringList faint;
-    for (const QWidget* widget : blank.Widgets()) {
-        const QRect place(widget->mapTo(&window, QPoint()) * scale, widget->size() * scale);
-        const double contrast = TextContrast(with, without, place, widget->fontMetrics().ascent() * scale);
+    QWidgetList widgets = Seen(window);
+    if (qobject_cast<QLabel*>(&window)) // a tooltip
+        widgets += &window;
+    for (const QWidget* widget : widgets) {
+        const QRect inside = widget->rect().adjusted(Border, Border, -Border, -Border);
+        const QRect place(widget->mapTo(&window, inside.topLeft()) * scale, inside.size() * scale);
+        if (widget->property("text").toString().isEmpty() && widget->property("placeholderText").toString().isEmpty())
+            continue;
+        const double contrast = TextContrast(picture.copy(place));
         if (contrast < MinContrast)
             faint += QStringLiteral("%1, %2: %3").arg(Name(widget), QLatin1String(state)).arg(contrast);
     }
@@ -278,29 +225,22 @@ private slots:
     void NothingIsUntranslated_data() { Languages(1); }
     void NothingIsCut_data() { Languages(0); }
 
-    // Qt's own tool finds the texts of forms and sources; the sentences of the login chain stand in tables.
+    // Qt's own tool finds the texts of forms and sources; the sentences of the login chain stand in a table.
     void NothingIsUntranslated()
     {
+        QFETCH(QString, language);
         Speak();
-        const QString found = m_folder.filePath(QStringLiteral("found.ts"));
+        const QString texts = m_folder.filePath(language + QStringLiteral(".ts"));
+        QVERIFY(QFile::copy(QStringLiteral(PROJECT_DIR "/translations/qorm-login_%1.ts").arg(language), texts));
         QCOMPARE(QProcess::execute(QStringLiteral("lupdate"),
                                    {QStringLiteral("-silent"), QStringLiteral("-tr-function-alias"),
                                     QStringLiteral("tr+=Translated"), QStringLiteral(PROJECT_DIR "/ui"),
-                                    QStringLiteral(PROJECT_DIR "/config"), QStringLiteral("-ts"), found}),
+                                    QStringLiteral(PROJECT_DIR "/config"), QStringLiteral("-ts"), texts}),
                  0);
-        QStringList missing;
-        QXmlStreamReader texts(FileText(found));
-        QString context;
-        while (!texts.atEnd()) {
-            texts.readNext();
-            if (texts.isStartElement() && texts.name() == QLatin1String("name"))
-                context = texts.readElementText();
-            else if (texts.isStartElement() && texts.name() == QLatin1String("source"))
-                NoteIfMissing(context, texts.readElementText(), missing);
-        }
+        QVERIFY2(!FileText(texts).contains("unfinished"), FileText(texts).constData());
         for (const QString& sentence : LdapHandler::LdapErrorMessages)
-            NoteIfMissing(QStringLiteral("LoginCfg"), sentence, missing);
-        QVERIFY2(missing.isEmpty(), qPrintable(missing.join(QLatin1Char('\n'))));
+            QVERIFY2(!m_translator.translate("LoginCfg", sentence.toUtf8().constData()).isEmpty(),
+                     qPrintable(sentence));
     }
 
     void NothingIsCut()
@@ -320,23 +260,12 @@ private slots:
     }
 
     // The view buttons are meant for the pointer alone.
-    void TabReachesAll_data()
-    {
-        QTest::addColumn<QString>("screen");
-        QTest::addColumn<QString>("order"); // from the field that has the focus at the start
-        QTest::newRow("login") << "login"
-                               << "leUser lePwd login";
-        QTest::newRow("unlock") << "unlock"
-                                << "lePwd Unlock change logout leUser";
-        QTest::newRow("change user") << "change"
-                                     << "leUser lePwd login cancel";
-    }
+    void TabReachesAll_data() { LoadTable("look.tsv"); }
 
     void TabReachesAll()
     {
-        QFETCH(QString, screen);
-        QFETCH(QString, order);
-        const auto dialog = RemoteDialog(screen, "fine");
+        const QString order = Text("order"); // from the field that has the focus at the start
+        const auto dialog = RemoteDialog(Text("screen"), "fine");
         QStringList forth{dialog->focusWidget()->objectName()};
         QStringList back;
         for (int i = 0; i < order.count(QLatin1Char(' ')) + 1; ++i) {
@@ -367,12 +296,6 @@ private:
         if (language != QLatin1String("en"))
             QVERIFY(m_translator.load(QStringLiteral(":/translations/qorm-login_") + language)
                     && QCoreApplication::installTranslator(&m_translator));
-    }
-
-    void NoteIfMissing(const QString& context, const QString& source, QStringList& missing)
-    {
-        if (m_translator.translate(context.toUtf8().constData(), source.toUtf8().constData()).isEmpty())
-            missing += context + QStringLiteral(": ") + source;
     }
 
     void Collect(QStringList (*faultsOf)(QWidget&))
