@@ -23,7 +23,7 @@ constexpr int PauseStepMs = 45;
 constexpr int LastEventsMs = 500;
 // A Return held down opens pause within pause; some 3,300 levels would overflow the stack.
 constexpr int MaxPauseLevels = 200;
-constexpr qint64 MaxPictureBytes = 1024 * 1024;
+constexpr qint64 MaxPictureBytes = qint64(1024) * 1024;
 
 bool checkBusy = false; // a check is running in some window of this process
 

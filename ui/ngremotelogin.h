@@ -37,8 +37,8 @@ private slots:
     void on_Unlock_clicked();
     void on_logout_clicked();
     void on_cancel_clicked();
-    void on_leUser_textEdited(QString arg1);
-    void on_lePwd_textEdited(QString arg1);
+    void on_leUser_textEdited(const QString& arg1);
+    void on_lePwd_textEdited(const QString& arg1);
     void checkCapsLock();
     bool eventFilter(QObject* object, QEvent* event) override;
 

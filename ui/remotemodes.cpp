@@ -103,12 +103,12 @@ void ngremotelogin::onCuTimeout()
         EnterUnlockMode();
 }
 
-void ngremotelogin::on_leUser_textEdited(QString)
+void ngremotelogin::on_leUser_textEdited(const QString&)
 {
     RestartChangeUserTimer();
 }
 
-void ngremotelogin::on_lePwd_textEdited(QString)
+void ngremotelogin::on_lePwd_textEdited(const QString&)
 {
     RestartChangeUserTimer();
 }

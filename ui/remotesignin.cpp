@@ -167,5 +167,5 @@ bool ngremotelogin::eventFilter(QObject* object, QEvent* event)
             return true;
         }
     }
-    return QObject::eventFilter(object, event);
+    return QObject::eventFilter(object, event); // NOLINT(bugprone-parent-virtual-call): past QDialog, intended
 }

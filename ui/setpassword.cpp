@@ -66,18 +66,18 @@ void SetPassword::on_buttonBox_rejected()
     close();
 }
 
-void SetPassword::on_leOldPassword_textChanged(QString)
+void SetPassword::on_leOldPassword_textChanged(const QString&)
 {
     ui->pbViewOldPwd->show();
 }
 
-void SetPassword::on_leNewPassword_textChanged(QString arg1)
+void SetPassword::on_leNewPassword_textChanged(const QString& arg1)
 {
     ui->pbViewNewPwd->show();
     ShowMatch(arg1 == ui->leRetypePassword->text());
 }
 
-void SetPassword::on_leRetypePassword_textChanged(QString arg1)
+void SetPassword::on_leRetypePassword_textChanged(const QString& arg1)
 {
     ui->pbViewRetypePwd->show();
     ShowMatch(arg1 == ui->leNewPassword->text());
@@ -91,7 +91,7 @@ void SetPassword::ShowMatch(bool match)
         ui->lblProblem->setText(tr("Password Mismatch"));
 }
 
-void SetPassword::on_leUserName_textChanged(QString)
+void SetPassword::on_leUserName_textChanged(const QString&)
 {
     ui->leOldPassword->clear();
 }

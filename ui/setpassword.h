@@ -45,10 +45,10 @@ protected:
 private slots:
     void on_buttonBox_accepted();
     void on_buttonBox_rejected();
-    void on_leOldPassword_textChanged(QString arg1);
-    void on_leNewPassword_textChanged(QString arg1);
-    void on_leRetypePassword_textChanged(QString arg1);
-    void on_leUserName_textChanged(QString arg1);
+    void on_leOldPassword_textChanged(const QString& arg1);
+    void on_leNewPassword_textChanged(const QString& arg1);
+    void on_leRetypePassword_textChanged(const QString& arg1);
+    void on_leUserName_textChanged(const QString& arg1);
     void OnPwdChangeComplete();
     void on_pushButton_clicked();
     void on_pbViewOldPwd_pressed();
