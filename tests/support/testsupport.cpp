@@ -4,6 +4,8 @@
 
 #include <QDateTime>
 #include <QFile>
+#include <QProcess>
+#include <QRegularExpression>
 #include <cstdio>
 #include <cstdlib>
 #include <sys/resource.h>
@@ -59,6 +61,33 @@ unsigned ModeOf(const QString& path)
     return stat(QFile::encodeName(path).constData(), &info) == 0 ? info.st_mode & 07777 : 0;
 }
 
+QString WithoutTimes(QString text)
+{
+    static const QRegularExpression time(QStringLiteral("\\w{3} \\w{3} \\d+ \\d\\d:\\d\\d:\\d\\d \\d{4}"));
+    return text.replace(time, QStringLiteral("T"));
+}
+
+QString Joined(const QStringList& texts, char separator)
+{
+    return texts.join(QLatin1Char(separator));
+}
+
+QString Filled(QString text, const std::function<QByteArray(qint64)>& replacement)
+{
+    static const QRegularExpression place(QStringLiteral("\\{(-?\\d+)\\}"));
+    for (auto match = place.match(text); match.hasMatch(); match = place.match(text))
+        text.replace(match.captured(), QString::fromLatin1(replacement(match.captured(1).toLongLong())));
+    return text;
+}
+
+bool ShellIn(const QString& folder, const QString& script)
+{
+    QProcess shell;
+    shell.setWorkingDirectory(folder);
+    shell.start(QStringLiteral("/bin/sh"), {QStringLiteral("-c"), script});
+    return shell.waitForFinished() && shell.exitCode() == 0;
+}
+
 int ForkedCode(const std::function<int()>& body)
 {
     const pid_t child = fork();
@@ -78,14 +107,14 @@ QByteArray DirectoryTime(qint64 daysFromToday)
     return QByteArray::number(day * 86400 + 86399 + 11644473600) + "9999999";
 }
 
-FakeTools::FakeTools() : m_path(qgetenv("PATH"))
+FakeTools::FakeTools()
 {
-    qputenv("PATH", QFile::encodeName(m_folder.path()) + ':' + m_path);
+    qputenv("PATH", QFile::encodeName(m_folder.path()) + ':' + qgetenv("PATH"));
 }
 
 FakeTools::~FakeTools()
 {
-    qputenv("PATH", m_path);
+    qputenv("PATH", qgetenv("PATH").replace(QFile::encodeName(m_folder.path()) + ':', ""));
 }
 
 void FakeTools::Install(const QString& name, const QByteArray& output, const QByteArray& error, int status)

@@ -15,6 +15,14 @@ QStringList TakeMessages();
 QByteArray FileText(const QString& path);
 void WriteFile(const QString& path, const QByteArray& text);
 unsigned ModeOf(const QString& path); // the permission bits
+// The text with "T" in the place of each time as the logs write it.
+QString WithoutTimes(QString text);
+QString Joined(const QStringList& texts, char separator = '|');
+// The text with what `replacement` makes of N in the place of each "{N}".
+QString Filled(QString text, const std::function<QByteArray(qint64)>& replacement);
+
+// Runs a line of sh in a folder; whether it ended well.
+bool ShellIn(const QString& folder, const QString& script);
 
 // The exit code of `body` in a forked process; minus the number of the signal that ended it. Unsuited, it ends with
 // SkipCode.
@@ -44,5 +52,4 @@ public:
 
 private:
     QTemporaryDir m_folder;
-    QByteArray m_path;
 };
