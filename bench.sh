@@ -2,9 +2,10 @@
 # SPDX-FileCopyrightText: 2026 The qorm-login authors
 # SPDX-License-Identifier: MIT
 #
-# ./bench.sh [OPTION OF bench/bench.py]...
+# ./bench.sh [--soak | OPTION OF bench/bench.py...]
 #   Installs what is missing, builds, and measures the gate beside its floors; with the full number of runs the tables go
 #   into docs/performance.md and the plots into docs/images. Takes 10 minutes; nothing else should run meanwhile.
+#   --soak   looks for growth in 2,000 logins and 500 starts instead, for docs/reliability.md; takes 10 minutes
 set -euo pipefail
 cd "$(dirname "$0")"
 exec < /dev/null
@@ -22,4 +23,7 @@ if [ -n "$missing" ]; then
 fi
 cmake -S bench -B build-bench
 cmake --build build-bench --parallel "$(nproc)"
+if [ "${1-}" = --soak ]; then
+    exec lab/sandbox bench/soak.py
+fi
 exec lab/sandbox bench/bench.py "$@"

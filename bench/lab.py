@@ -109,9 +109,9 @@ def machine():
             f"Debian {text_of('/etc/debian_version').strip()}, Qt {qt}, Xvfb 1280x800x24")
 
 
-def write_section(name, text):
+def write_section(name, text, report=REPORT):
     """Replaces what stands between the report's two comments of that name."""
     begin, end = f"<!-- {name} -->\n", f"<!-- end of {name} -->\n"
-    before, rest = text_of(REPORT).split(begin)
-    with open(REPORT, "w") as file:
+    before, rest = text_of(report).split(begin)
+    with open(report, "w") as file:
         file.write(before + begin + text + "\n" + end + rest.split(end)[1])

@@ -2,8 +2,8 @@
 /* SPDX-License-Identifier: MIT */
 /*
  * Stands in for the directory client, so that no directory's speed is measured: the naming contexts for a search of
- * scope "base", one entry for every other search, with as many further lines as BENCH_LINES says. Adds the time of its
- * start (monotonic ms) to the file BENCH_CALLS.
+ * scope "base", one entry for every other search, with as many further lines as BENCH_LINES says. The password "wrong" is
+ * refused. Adds the time of its start (monotonic ms) to the file BENCH_CALLS.
  */
 #include <stdio.h>
 #include <stdlib.h>
@@ -35,6 +35,10 @@ int main(int argc, char** argv)
         if (strcmp(argv[i], "base") == 0) {
             puts("dn:\nnamingContexts: DC=example,DC=org\nnamingContexts: CN=Configuration,DC=example,DC=org\n");
             return 0;
+        }
+        if (strcmp(argv[i], "wrong") == 0) {
+            fputs("ldap_bind: Invalid credentials (49)\n\tadditional info: error, data 52e, v1\n", stderr);
+            return 49;
         }
     }
     unsigned long long now = ((unsigned long long)time(NULL) + SECONDS_TO_1970) * TICKS_PER_SECOND;
