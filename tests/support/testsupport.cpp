@@ -147,6 +147,13 @@ void FakeTools::InstallDirectory(const QByteArray& root, const QByteArray& answe
                         "show \"$here/answer\"\n");
 }
 
+void FakeTools::InstallExpiringDirectory()
+{
+    InstallDirectory("namingContexts: DC=example,DC=org\n",
+                     "dn: CN=fine\npwdLastSet: " + DirectoryTime(-39)
+                         + "\nmsDS-UserPasswordExpiryTimeComputed: " + DirectoryTime(3) + "\n\n");
+}
+
 void FakeTools::Remove(const QString& name)
 {
     QFile::remove(Path(name));

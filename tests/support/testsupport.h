@@ -45,6 +45,8 @@ public:
     // A directory behind ldapsearch: its root entry, and what a bound search gets: an entry, or a complaint (status 49)
     // when it begins with "ldap_bind". Servers named "dead..." don't answer, those named "plain..." only without TLS.
     void InstallDirectory(const QByteArray& root, const QByteArray& answer);
+    // One that accepts everybody; every password ends in three days.
+    void InstallExpiringDirectory();
     void Remove(const QString& name);
     // The argument lists of the calls so far, one text a call, the arguments joined with "|".
     QStringList Calls(const QString& name) const;
