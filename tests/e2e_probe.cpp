@@ -18,7 +18,7 @@ private slots:
     void Answer()
     {
         if (Flag("authority"))
-            qputenv("LDAPTLS_CACERT", QFile::encodeName(m_directory.CertificateFile()));
+            qputenv("LDAPTLS_CACERT", "/tmp/dc/private/tls/ca.pem");
         else
             qunsetenv("LDAPTLS_CACERT");
         LoginCfg cfg(true);

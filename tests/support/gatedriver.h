@@ -20,6 +20,9 @@ bool Within(int limitMs, const std::function<bool()>& condition);
 // The words of a text, which stand between blanks.
 QStringList Words(const char* text);
 
+// Runs a command that must succeed, to its end.
+void Run(const QString& program, const QStringList& arguments);
+
 // Ends with its object.
 class Service {
 public:
@@ -32,30 +35,16 @@ public:
 class Desktop {
 public:
     Desktop();
-    void StartWindowManager();
-    void StopWindowManager() { m_windowManager.reset(); }
-
     // Key presses without a pause between them: "Tab alt+F4".
     void Keys(const char* keys) const { Keys(Words(keys)); }
     void Keys(const QStringList& keys) const;
     // A text, and then such keys.
     void Type(const QString& text, const char* keys = "") const;
-    // In the remote-login dialog, as soon as it is there, with the focus in the user name.
-    void SignIn(const QString& user, const QString& password) const;
-    void HoldDown(const char* key) const;
-    void Release(const char* key) const;
-    // The visible window of that title, 0 for none.
-    unsigned long Window(const QString& title) const;
-    // Of all titles and none, tooltips included.
-    int WindowCount() const;
+    // Whether the window of that title gets the keyboard.
     bool Shows(const QString& title) const;
-    bool Hides(const QString& title) const;
-    // Whether a box of that title comes, and goes on Return.
-    bool Confirms(const QString& title) const;
 
 private:
     Service m_server;
-    std::unique_ptr<Service> m_windowManager;
 };
 
 // A configuration folder whose config.xml holds these keys of the security section; the gates started next read it.
@@ -67,26 +56,23 @@ private:
     QTemporaryDir m_folder;
 };
 
-// Removes what an earlier gate left, saved users and logs, and switches the debug log on.
+// Removes what an earlier gate left: saved users, the key, logs and pictures.
 void CleanTerminal();
+// The lines of the debug log, which a file /tmp/debug-login switches on.
+QString DebugLog();
+// The fields of the saved user in /tmp/.user.1 or another such file.
+QStringList SavedUser(const QString& path);
 
 // One run of the program. A wrapper is a command that ends in running its arguments.
 class Gate {
 public:
-    explicit Gate(const QStringList& arguments = {}, const QStringList& wrapper = {},
-                  const QString& program = QStringLiteral(BUILD_DIR "/bin/qorm-login"));
+    explicit Gate(const QStringList& arguments = {}, const QStringList& wrapper = {});
     ~Gate();
 
+    bool EndsWithin(int limitMs) const;
     // The exit status as shells have it, 128 plus its number for a signal; -1 when the program does not end.
-    int Status();
+    int Status() const;
     pid_t ProcessId() const { return static_cast<pid_t>(m_process.processId()); } // of the first of the wrappers
-    bool IsRunning() const { return m_process.state() == QProcess::Running; }
-    // Whether a line with `text` comes into the debug log, at least `times` times since CleanTerminal.
-    static bool Logs(const QString& text, int times = 1, int limitMs = WaitMs);
-    // The debug log and the audit file since CleanTerminal.
-    static QByteArray Logged();
-    // The last line that tells of an attempt's end: its sentence, code and success.
-    static QString LastOutcome();
 
 private:
     QProcess m_process;
@@ -95,10 +81,9 @@ private:
 // The demo's domain controller, answering at dc1.example.org; its users stand in lab/users.tsv.
 class DomainController {
 public:
-    DomainController();
-    ~DomainController();
-    void SetState(const QString& user, const QString& state) const;
-    void SetPassword(const QString& user, const QString& password) const;
+    DomainController() { Tell(QStringLiteral("start"), {QStringLiteral(BUILD_DIR "/dc")}); }
+    ~DomainController() { Tell(QStringLiteral("stop")); }
+    // Runs lab/dc.
+    void Tell(const QString& verb, const QStringList& arguments = {}) const;
     static QMap<QString, QString> Settings(); // of a terminal of that domain
-    QString CertificateFile() const;
 };

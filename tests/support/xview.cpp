@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/xview.h"
 
+#include <algorithm>
 #include <memory>
 #include <X11/Xlib.h> // last: its macros break Qt's headers
 #include <X11/Xutil.h>
@@ -15,24 +16,31 @@ struct DisplayCloser {
 
 std::unique_ptr<Display, DisplayCloser> OpenDisplay()
 {
+    XSetErrorHandler([](Display*, XErrorEvent*) { return 0; }); // a window may be gone already
     Display* display = XOpenDisplay(nullptr);
     if (!display)
         qFatal("no X display");
     return std::unique_ptr<Display, DisplayCloser>(display);
 }
 
+Window Focused(Display* display)
+{
+    Window window = None;
+    int revertTo = 0;
+    XGetInputFocus(display, &window, &revertTo);
+    return window == PointerRoot ? None : window;
+}
+
 } // namespace
 
-QImage ScreenPixels()
+std::vector<quint32> ScreenPixels()
 {
     const auto display = OpenDisplay();
-    const int screen = DefaultScreen(display.get());
-    const int width = DisplayWidth(display.get(), screen);
-    const int height = DisplayHeight(display.get(), screen);
-    XImage* grab = XGetImage(display.get(), DefaultRootWindow(display.get()), 0, 0, unsigned(width), unsigned(height),
+    XImage* grab = XGetImage(display.get(), DefaultRootWindow(display.get()), 0, 0, ScreenWidth, ScreenHeight,
                              AllPlanes, ZPixmap);
-    const auto* bytes = reinterpret_cast<const uchar*>(grab->data);
-    const QImage pixels = QImage(bytes, width, height, grab->bytes_per_line, QImage::Format_RGB32).copy();
+    std::vector<quint32> pixels(size_t(ScreenWidth) * ScreenHeight);
+    const auto* grabbed = reinterpret_cast<const quint32*>(grab->data);
+    std::transform(grabbed, grabbed + pixels.size(), pixels.begin(), [](quint32 pixel) { return pixel & 0xffffff; });
     XDestroyImage(grab);
     return pixels;
 }
@@ -50,26 +58,23 @@ QByteArray PointerPicture()
 QString FocusedTitle()
 {
     const auto display = OpenDisplay();
-    XSetErrorHandler([](Display*, XErrorEvent*) { return 0; }); // it may be gone already
-    Window window = None;
-    int revertTo = 0;
+    const Window window = Focused(display.get());
     char* name = nullptr;
-    XGetInputFocus(display.get(), &window, &revertTo);
-    if (window == None || window == PointerRoot || !XFetchName(display.get(), window, &name))
+    if (window == None || !XFetchName(display.get(), window, &name))
         return {};
     const QString title = QString::fromLatin1(name);
     XFree(name);
     return title;
 }
 
-void AskToClose(unsigned long window)
+void CloseFocused()
 {
     const auto display = OpenDisplay();
     XEvent event = {};
     event.xclient.type = ClientMessage;
-    event.xclient.window = window;
+    event.xclient.window = Focused(display.get());
     event.xclient.message_type = XInternAtom(display.get(), "WM_PROTOCOLS", False);
     event.xclient.format = 32;
     event.xclient.data.l[0] = long(XInternAtom(display.get(), "WM_DELETE_WINDOW", False));
-    XSendEvent(display.get(), window, False, NoEventMask, &event);
+    XSendEvent(display.get(), event.xclient.window, False, NoEventMask, &event);
 }

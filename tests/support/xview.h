@@ -2,13 +2,18 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QImage>
+#include <QString>
+#include <vector>
 
-// What stands on the X screen that DISPLAY names.
-QImage ScreenPixels();
+// The X screen that DISPLAY names.
+constexpr int ScreenWidth = 1280;
+constexpr int ScreenHeight = 800;
+
+// What stands on it, row by row, as 0x00RRGGBB.
+std::vector<quint32> ScreenPixels();
 // The picture of the pointer as it is shown now.
 QByteArray PointerPicture();
-// The title of the window that gets what is typed.
+// The title of the window that gets what is typed; empty when there is none.
 QString FocusedTitle();
-// Asks the window, as a window manager does, to close.
-void AskToClose(unsigned long window);
+// Asks that window, as a window manager does, to close.
+void CloseFocused();
