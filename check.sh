@@ -2,7 +2,7 @@
 # SPDX-FileCopyrightText: 2026 The qorm-login authors
 # SPDX-License-Identifier: MIT
 #
-# ./check.sh [format | lint | test | sanitize | fuzz | pictures | bench] [ARGUMENT]...
+# ./check.sh [format | lint | test | sanitize | memory | fuzz | pictures | bench] [ARGUMENT]...
 #   What the contributors use; without an argument: lint, test, sanitize. CONTRIBUTING.md says what each does.
 set -euo pipefail
 cd "$(dirname "$0")"
@@ -39,10 +39,20 @@ sanitize() {
     ctest --preset asan --parallel 2 --label-exclude lint
 }
 
+# Every screen under valgrind; what it says is in build/valgrind-*.log.
+memory() {
+    lab/prepare e2e_situations
+    rm -f build/valgrind-*.log
+    export VALGRIND_OPTS="-q --leak-check=full --errors-for-leak-kinds=definite --show-leak-kinds=definite \
+        --error-exitcode=99 --child-silent-after-fork=yes --suppressions=$PWD/tests/valgrind.supp \
+        --log-file=$PWD/build/valgrind-%p.log"
+    TABLE=memory SHARD=0/1 QTEST_FUNCTION_TIMEOUT=600000 lab/sandbox build/tests/e2e_situations "$@"
+}
+
 step=${1-}
 [ $# -eq 0 ] || shift
 case $step in
-    format | lint | sanitize) "$step" "$@" ;;
+    format | lint | sanitize | memory) "$step" "$@" ;;
     test) ./test.sh "$@" ;;
     fuzz) tools/fuzz "$@" ;;
     pictures) tools/make-pictures "$@" ;;
