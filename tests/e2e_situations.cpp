@@ -328,15 +328,15 @@ private:
         return Eventually([] { return Shell("xdotool get_num_desktops > /dev/null 2>&1"); });
     }
 
-    // Leaves the program so many descriptors besides those that it has open.
+    // Leaves the program so many descriptors besides those that it has open, whatever numbers these have.
     bool LimitDescriptors(rlim_t spare) const
     {
-        const pid_t pid = m_gate->ProcessId();
-        const QDir open(QStringLiteral("/proc/%1/fd").arg(pid), {}, QDir::NoSort, QDir::AllEntries | QDir::System);
+        const QString descriptor = QStringLiteral("/proc/%1/fd/%2").arg(m_gate->ProcessId());
         struct rlimit limit = {};
-        prlimit(pid, RLIMIT_NOFILE, nullptr, &limit);
-        limit.rlim_cur = open.count() - 2 + spare; // but "." and ".."
-        return prlimit(pid, RLIMIT_NOFILE, &limit, nullptr) == 0;
+        prlimit(m_gate->ProcessId(), RLIMIT_NOFILE, nullptr, &limit);
+        for (limit.rlim_cur = 0; spare > 0; ++limit.rlim_cur)
+            spare -= QFileInfo(descriptor.arg(limit.rlim_cur)).isSymLink() ? 0 : 1;
+        return prlimit(m_gate->ProcessId(), RLIMIT_NOFILE, &limit, nullptr) == 0;
     }
 
     bool Kill(int number)
