@@ -103,7 +103,7 @@ private slots:
     {
         FakeTools tools;
         for (const QString& tool : Text("tools").split(QLatin1Char(' ')))
-            tools.Install(tool, {});
+            tools.InstallScript(tool, {});
         for (const QString& file : {QStringLiteral("/tmp/.newuser"), QStringLiteral("/tmp/.newuser.1")}) {
             QFile::remove(file);
             if (Flag("hand-over"))

@@ -73,12 +73,10 @@ Configuration::Configuration(const QMap<QString, QString>& security)
 
 void CleanTerminal()
 {
-    Run(QStringLiteral("sh"),
-        {QStringLiteral("-c"),
-         QStringLiteral(
-             "rm -rf /tmp/.user /tmp/.user.1 /tmp/.newuser /tmp/.newuser.1 /tmp/.config/.loggedin /tmp/config"
-             " /tmp/icons /tmp/debug-login /tmp/QormLoginDebug.log /tmp/AdPwdTest.log"
-             " /tmp/.tav3-$(id -u).key")});
+    ShellIn({},
+            QStringLiteral("rm -rf /tmp/.user /tmp/.user.1 /tmp/.newuser /tmp/.newuser.1 /tmp/.config/.loggedin"
+                           " /tmp/config /tmp/icons /tmp/debug-login /tmp/QormLoginDebug.log /tmp/AdPwdTest.log"
+                           " /tmp/.tav3-$(id -u).key"));
 }
 
 QString DebugLog()
@@ -125,12 +123,4 @@ int Gate::Status() const
 void DomainController::Tell(const QString& verb, const QStringList& arguments) const
 {
     Run(QStringLiteral(PROJECT_DIR "/lab/dc"), QStringList{verb, QStringLiteral("/tmp/dc")} + arguments);
-}
-
-QMap<QString, QString> DomainController::Settings()
-{
-    return {{QStringLiteral("enableremoteauth"), QStringLiteral("true")},
-            {QStringLiteral("remoteauthserver"), QStringLiteral("dc1.example.org")},
-            {QStringLiteral("remoteauthtype"), QStringLiteral("LDAP")},
-            {QStringLiteral("remoteauthdomain"), QStringLiteral("example.org")}};
 }

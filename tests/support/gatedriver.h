@@ -85,5 +85,4 @@ public:
     ~DomainController() { Tell(QStringLiteral("stop")); }
     // Runs lab/dc.
     void Tell(const QString& verb, const QStringList& arguments = {}) const;
-    static QMap<QString, QString> Settings(); // of a terminal of that domain
 };

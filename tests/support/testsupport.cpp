@@ -55,6 +55,13 @@ void WriteFile(const QString& path, const QByteArray& text)
         qFatal("can't write %s", qPrintable(path));
 }
 
+void WriteScript(const QString& path, const QByteArray& body)
+{
+    QFile::remove(path);
+    WriteFile(path, "#!/bin/sh\n" + body + '\n');
+    QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+}
+
 unsigned ModeOf(const QString& path)
 {
     struct stat info { };
@@ -117,19 +124,11 @@ FakeTools::~FakeTools()
     qputenv("PATH", qgetenv("PATH").replace(QFile::encodeName(m_folder.path()) + ':', ""));
 }
 
-void FakeTools::Install(const QString& name, const QByteArray& output, const QByteArray& error, int status)
-{
-    WriteFile(Path(name + QStringLiteral(".out")), output);
-    WriteFile(Path(name + QStringLiteral(".err")), error);
-    InstallScript(name, Show + "show \"$0.out\"; show \"$0.err\" >&2; exit " + QByteArray::number(status) + "\n");
-}
-
 void FakeTools::InstallScript(const QString& name, const QByteArray& script)
 {
     QFile::remove(Path(name + QStringLiteral(".calls")));
-    WriteFile(Path(name),
-              "#!/bin/sh\nhere=${0%/*}\n{ IFS='|'; printf '%s\\n' \"$*\"; unset IFS; } >> \"$0.calls\"\n" + script);
-    QFile::setPermissions(Path(name), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    const QByteArray note = "here=${0%/*}\n{ IFS='|'; printf '%s\\n' \"$*\"; unset IFS; } >> \"$0.calls\"\n";
+    WriteScript(Path(name), note + script);
 }
 
 void FakeTools::InstallDirectory(const QByteArray& root, const QByteArray& answer)
@@ -152,11 +151,6 @@ void FakeTools::InstallExpiringDirectory()
     InstallDirectory("namingContexts: DC=example,DC=org\n",
                      "dn: CN=fine\npwdLastSet: " + DirectoryTime(-39)
                          + "\nmsDS-UserPasswordExpiryTimeComputed: " + DirectoryTime(3) + "\n\n");
-}
-
-void FakeTools::Remove(const QString& name)
-{
-    QFile::remove(Path(name));
 }
 
 QStringList FakeTools::Calls(const QString& name) const

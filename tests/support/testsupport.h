@@ -14,7 +14,8 @@ QStringList TakeMessages();
 
 QByteArray FileText(const QString& path);
 void WriteFile(const QString& path, const QByteArray& text);
-unsigned ModeOf(const QString& path); // the permission bits
+void WriteScript(const QString& path, const QByteArray& body); // of sh
+unsigned ModeOf(const QString& path);                          // the permission bits
 // The text with "T" in the place of each time as the logs write it.
 QString WithoutTimes(QString text);
 QString Joined(const QStringList& texts, char separator = '|');
@@ -38,16 +39,13 @@ public:
     FakeTools();
     ~FakeTools();
 
-    // A tool that records its arguments (one line a call), prints and ends so.
-    void Install(const QString& name, const QByteArray& output, const QByteArray& error = {}, int status = 0);
-    // A tool with a shell script of its own; "$here" is the folder.
+    // A tool that records its arguments, one line a call, and then is a shell script; "$here" is the folder.
     void InstallScript(const QString& name, const QByteArray& script);
     // A directory behind ldapsearch: its root entry, and what a bound search gets: an entry, or a complaint (status 49)
     // when it begins with "ldap_bind". Servers named "dead..." don't answer, those named "plain..." only without TLS.
     void InstallDirectory(const QByteArray& root, const QByteArray& answer);
     // One that accepts everybody; every password ends in three days.
     void InstallExpiringDirectory();
-    void Remove(const QString& name);
     // The argument lists of the calls so far, one text a call, the arguments joined with "|".
     QStringList Calls(const QString& name) const;
     QString Path(const QString& name) const { return m_folder.filePath(name); }

@@ -33,16 +33,15 @@ Window Focused(Display* display)
 
 } // namespace
 
-std::vector<quint32> ScreenPixels()
+qint64 CountPixels(quint32 colour)
 {
     const auto display = OpenDisplay();
-    XImage* grab = XGetImage(display.get(), DefaultRootWindow(display.get()), 0, 0, ScreenWidth, ScreenHeight,
-                             AllPlanes, ZPixmap);
-    std::vector<quint32> pixels(size_t(ScreenWidth) * ScreenHeight);
-    const auto* grabbed = reinterpret_cast<const quint32*>(grab->data);
-    std::transform(grabbed, grabbed + pixels.size(), pixels.begin(), [](quint32 pixel) { return pixel & 0xffffff; });
+    XImage* grab = XGetImage(display.get(), DefaultRootWindow(display.get()), 0, 0, ScreenWidth, ScreenHeight, 0xffffff,
+                             ZPixmap); // without what stands in the fourth byte
+    const auto* pixels = reinterpret_cast<const quint32*>(grab->data);
+    const qint64 count = std::count(pixels, pixels + ScreenWidth * ScreenHeight, colour);
     XDestroyImage(grab);
-    return pixels;
+    return count;
 }
 
 QByteArray PointerPicture()

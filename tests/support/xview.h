@@ -3,14 +3,13 @@
 #pragma once
 
 #include <QString>
-#include <vector>
 
 // The X screen that DISPLAY names.
 constexpr int ScreenWidth = 1280;
 constexpr int ScreenHeight = 800;
 
-// What stands on it, row by row, as 0x00RRGGBB.
-std::vector<quint32> ScreenPixels();
+// How much of it has the colour 0x00RRGGBB.
+qint64 CountPixels(quint32 colour);
 // The picture of the pointer as it is shown now.
 QByteArray PointerPicture();
 // The title of the window that gets what is typed; empty when there is none.
