@@ -6,15 +6,12 @@
 #include "tav3/crypt.h"
 #include "tav3/rdpcipher.h"
 #include "tav3/system.h"
+#include "tests/support/onbox.h"
 #include "tests/support/table.h"
 #include "tests/support/testsupport.h"
 
-#include <QAbstractButton>
-#include <QApplication>
-#include <QMessageBox>
 #include <QRegularExpression>
 #include <QTest>
-#include <QTimer>
 
 const QString User1 = QStringLiteral("/tmp/.user.1");
 const QString LoggedIn = QStringLiteral("/tmp/.config/.loggedin");
@@ -124,15 +121,8 @@ private slots:
         m_cfg->remoteServer = Text("servers").section(QLatin1Char(' '), 0, 0);
         m_cfg->backupServer = Text("servers").section(QLatin1Char(' '), 1);
         QString question;
-        QTimer answering;
-        answering.callOnTimeout([&question] {
-            const auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-            if (!box)
-                return;
-            question = box->windowTitle() + box->text();
-            box->button(QMessageBox::No)->click();
-        });
-        answering.start(0);
+        QObject login;
+        OnBox(login, [&](const QMessageBox& box) { question = box.windowTitle() + box.text(); });
         const bool accepted = Text("codes").endsWith(QLatin1String("true 0"));
         QCOMPARE(m_cfg->CheckRemoteLogin(QStringLiteral("bob"), QStringLiteral("secret")), accepted);
         QTEST(Joined(TakeMessages().filter(QStringLiteral("CheckLdapResponse"))), "codes");

@@ -1,20 +1,74 @@
 // SPDX-FileCopyrightText: 2026 The qorm-login authors
 // SPDX-License-Identifier: MIT
 // The three screens inside this process. What ends it, and what needs an X server, is tested on the built program.
+// How they look is tested in every language, and at several scales and with a larger font by CMakeLists.txt, as Qt
+// takes these only when a program starts.
+#include "app/plainstyle.h"
+#include "config/logincfg.h"
 #include "ldap/ldaphandler.h"
-#include "tests/support/screens.h"
+#include "tav3/desktop.h"
+#include "tav3/rdpcipher.h"
+#include "tests/support/look.h"
+#include "tests/support/onbox.h"
 #include "tests/support/table.h"
+#include "tests/support/testsupport.h"
 #include "ui/loginwindow.h"
 #include "ui/ngremotelogin.h"
 #include "ui/setpassword.h"
 
+#include <QApplication>
+#include <QDir>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
+#include <QToolTip>
+#include <QTranslator>
 #include <sys/stat.h>
 
 namespace {
+
+const QString BackgroundPicture = QStringLiteral("/tmp/config/files/login.jpg");
+const QColor PictureColour(32, 32, 32); // a grey, which survives JPEG
+
+template <typename Widget> Widget* Find(const QWidget& window, const QByteArray& name)
+{
+    return window.findChild<Widget*>(QString::fromLatin1(name));
+}
+
+// The command line that QCoreApplication::arguments() gives, of up to three words.
+int wordCount = 0;
+char* words[4] = {};
+
+void SetCommandLine(const char* commandLine)
+{
+    static QByteArrayList kept;
+    kept = QByteArray(commandLine).split(' ');
+    wordCount = kept.size();
+    for (int i = 0; i < wordCount; ++i)
+        words[i] = kept[i].data();
+    words[wordCount] = nullptr;
+}
+
+// Gives the terminal a session of this user, or none for an empty name.
+void LogIn(LoginCfg& cfg, const char* user)
+{
+    const QString saved = QStringLiteral("/tmp/.user.1");
+    QFile::remove(saved);
+    QDir().mkpath(QStringLiteral("/tmp/.config"));
+    WriteFile(QStringLiteral("/tmp/.config/.loggedin"), {});
+    if (*user)
+        WriteFile(saved, QByteArray(rdp_encrypt(user)) + ",00,,00,\n");
+    cfg.loggedIn = false; // not looked up yet
+}
+
+void UsePicture()
+{
+    QImage picture(400, 500, QImage::Format_RGB32);
+    picture.fill(PictureColour);
+    QDir().mkpath(QFileInfo(BackgroundPicture).path());
+    QVERIFY(picture.save(BackgroundPicture));
+}
 
 // Takes steps, between blanks: "field=text" enters a text; others press Escape, click a button or call a slot.
 void Do(QWidget& window, const QString& steps)
@@ -66,14 +120,21 @@ QString TabOrder(const QWidget& window)
     return back == forth ? forth.join(QLatin1Char(' ')) : QString();
 }
 
-std::unique_ptr<SetPassword> FilledIn()
+std::unique_ptr<SetPassword> Shown()
 {
     auto dialog = std::make_unique<SetPassword>();
+    TavDesktop::SetDefaultStyleSheet(dialog.get());
     dialog->SetServer(QStringLiteral("live"));
     dialog->SetUserName(QStringLiteral("fine"));
-    dialog->SetOldPassword(QStringLiteral("old"));
     dialog->show();
+    return dialog;
+}
+
+std::unique_ptr<SetPassword> FilledIn()
+{
+    auto dialog = Shown();
     std::ignore = QTest::qWaitForWindowActive(dialog.get());
+    dialog->SetOldPassword(QStringLiteral("old"));
     Do(*dialog, QStringLiteral("leNewPassword=new leRetypePassword=new"));
     return dialog;
 }
@@ -88,8 +149,11 @@ private slots:
         AbortOnConnectWarnings();
         m_cfg.serverType = QStringLiteral("LDAP");
         m_cfg.remoteServer = QStringLiteral("live");
+        m_cfg.remoteDomain = QStringLiteral("example.org");
         LdapHandler::s_smbPasswdProgram = m_tools.Path(QStringLiteral("smbpasswd"));
     }
+
+    void cleanup() { QFile::remove(BackgroundPicture); }
 
     void RemoteDialog_data() { LoadTable("screens.tsv"); }
 
@@ -200,28 +264,124 @@ private slots:
         QVERIFY(window.windowFlags() & Qt::WindowTitleHint);
     }
 
-    // A Return that is held down opens pause in pause; without a bound the stack overflows.
-    void FourThousandReturns()
+    // Qt's own tool finds the texts of forms and sources.
+    void NothingIsUntranslated()
     {
-        LoginWindow window(&m_cfg);
-        window.show();
-        int pressed = 0;
-        for (int i = 0; i < 4000; ++i) {
-            QTimer::singleShot(1, [&] {
-                ++pressed;
-                QTest::keyClick(Find<QLineEdit>(window, "lePasswordEntry"), Qt::Key_Return);
-            });
+        const QTemporaryDir folder;
+        QVERIFY(ShellIn(folder.path(),
+                        QStringLiteral("project=" PROJECT_DIR "; cp $project/translations/*.ts . && "
+                                       "lupdate -silent -tr-function-alias tr+=Translated $project/ui $project/config "
+                                       "-ts *.ts && ! grep -B 3 unfinished *.ts")));
+    }
+
+    void NothingIsCut_data()
+    {
+        QTest::addColumn<QString>("language");
+        for (const char* language : {"en", "de", "fr", "es", "pt_BR", "ja", "zh_CN"})
+            QTest::newRow(language) << QString::fromLatin1(language);
+    }
+
+    // The sentences of the login chain, which stand in a table, are there too.
+    void NothingIsCut()
+    {
+        QFETCH(QString, language);
+        QTranslator translator;
+        if (language != QLatin1String("en")) {
+            QVERIFY(translator.load(QStringLiteral(":/translations/qorm-login_") + language));
+            QCoreApplication::installTranslator(&translator);
+            for (const QString& sentence : LdapHandler::LdapErrorMessages)
+                QVERIFY2(!translator.translate("LoginCfg", qPrintable(sentence)).isEmpty(), qPrintable(sentence));
         }
-        QTRY_COMPARE(pressed, 4000);
+        ForEveryScreen(CheckLayout);
+    }
+
+    void NothingIsFaint() { ForEveryScreen(CheckContrastInEveryState); }
+
+    void NothingIsFaintOnDarkPicture()
+    {
+        UsePicture();
+        ForEveryScreen(CheckContrastInEveryState);
+    }
+
+    // A style sheet that reads right can still have been ignored.
+    void StyleIsPainted()
+    {
+        UsePicture();
+        LogIn(m_cfg, "");
+        ngremotelogin dialog(&m_cfg);
+        dialog.show();
+        const QImage pixels = dialog.grab().toImage();
+        const auto* field = Find<QLineEdit>(dialog, "lePwd"); // without the focus, which has a border of its own
+        const QPoint edge = field->mapTo(&dialog, QPoint(0, field->height() / 2)) * pixels.devicePixelRatio();
+        QCOMPARE(pixels.pixelColor(edge).name(), QStringLiteral("#505050"));
+        QCOMPARE(pixels.pixelColor(2, 2).name(), PictureColour.name());
+        QVERIFY(!Find<QLabel>(dialog, "userimage")->isVisible());
     }
 
 private:
+    using Visit = std::function<void(QWidget&)>;
+
+    void ForEveryScreen(const Visit& look)
+    {
+        m_tools.InstallExpiringDirectory();
+        ForRemoteDialog("", "", look);
+        ForRemoteDialog("fine", "", look);
+        ForRemoteDialog("fine", "change", look);
+        m_tools.InstallDirectory("namingContexts: DC=d\n", // and the longest sentence
+                                 "ldap_bind: Invalid credentials (49)\n\tadditional info: x, data 1001, v1\n");
+        ForRemoteDialog("", "", look);
+        ForSetPassword(look);
+        QToolTip::showText(QPoint(), QStringLiteral("Caps Lock"));
+        for (QWidget* window : QApplication::topLevelWidgets()) {
+            if (window->inherits("QTipLabel"))
+                look(*window);
+        }
+        QToolTip::hideText();
+        for (const char* commandLine : {"gate", "gate setup"}) {
+            SetCommandLine(commandLine);
+            LoginWindow window(&m_cfg);
+            window.show();
+            look(window);
+        }
+    }
+
+    // Empty, filled in, with the box after the check, and after that.
+    void ForRemoteDialog(const char* session, const char* mode, const Visit& look)
+    {
+        LogIn(m_cfg, session);
+        ngremotelogin dialog(&m_cfg);
+        dialog.show();
+        Do(dialog, QString::fromLatin1(mode));
+        look(dialog);
+        Find<QLineEdit>(dialog, "leUser")->setText(QStringLiteral("fine"));
+        Find<QLineEdit>(dialog, "lePwd")->setText(QStringLiteral("secret"));
+        Find<QLabel>(dialog, "capslock")->show();
+        OnBox(dialog, [&](QMessageBox& box) {
+            look(dialog);
+            look(box);
+        });
+        Do(dialog, QStringLiteral("on_login_clicked"));
+        look(dialog);
+    }
+
+    static void ForSetPassword(const Visit& look)
+    {
+        const auto dialog = Shown();
+        look(*dialog);
+        for (const char* step : {"leOldPassword=old leNewPassword=new leRetypePassword=other", "pushButton"}) {
+            Do(*dialog, QLatin1String(step));
+            look(*dialog);
+        }
+    }
+
     FakeTools m_tools;
     LoginCfg m_cfg = LoginCfg(true);
 };
 
 int main(int argc, char** argv)
 {
+    QApplication::setStyle(new PlainStyle);
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     SetCommandLine("gate");
     const QApplication application(wordCount, words);
     Screens screens;
