@@ -6,6 +6,7 @@
 #include "tests/support/gatedriver.h"
 #include "tests/support/table.h"
 #include "tests/support/testsupport.h"
+#include "tests/support/xview.h"
 
 #include <QTest>
 
@@ -96,7 +97,7 @@ private slots:
             m_gate.reset();
             m_gate = std::make_unique<Gate>(Text("start").split(QLatin1Char(' ')));
         }
-        QVERIFY(m_desktop.Shows(Text("window")));
+        QVERIFY(Within(WaitMs, [] { return FocusedTitle() == Text("window"); }));
         m_desktop.Keys(Text("keys").split(QLatin1Char(' ')));
         const bool shown = Within(WaitMs, [] { return Tree().contains(Text("tree")); });
         QVERIFY2(shown, qPrintable(Tree()));

@@ -53,12 +53,7 @@ void Desktop::Type(const QString& text, const char* keys) const
 {
     if (!text.isEmpty())
         Run(QStringLiteral("xdotool"), Words("type --delay 2") + QStringList{text});
-    Keys(keys);
-}
-
-bool Desktop::Shows(const QString& title) const
-{
-    return Within(WaitMs, [&] { return FocusedTitle() == title; });
+    Keys(Words(keys));
 }
 
 Configuration::Configuration(const QMap<QString, QString>& security)
@@ -115,8 +110,6 @@ bool Gate::EndsWithin(int limitMs) const
 
 int Gate::Status() const
 {
-    if (!EndsWithin(WaitMs))
-        return -1;
     return m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : 128 + m_process.exitCode();
 }
 

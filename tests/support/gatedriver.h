@@ -35,13 +35,10 @@ public:
 class Desktop {
 public:
     Desktop();
-    // Key presses without a pause between them: "Tab alt+F4".
-    void Keys(const char* keys) const { Keys(Words(keys)); }
+    // Key presses without a pause between them, such as "Tab" or "alt+F4".
     void Keys(const QStringList& keys) const;
     // A text, and then such keys.
     void Type(const QString& text, const char* keys = "") const;
-    // Whether the window of that title gets the keyboard.
-    bool Shows(const QString& title) const;
 
 private:
     Service m_server;
@@ -70,8 +67,7 @@ public:
     ~Gate();
 
     bool EndsWithin(int limitMs) const;
-    // The exit status as shells have it, 128 plus its number for a signal; -1 when the program does not end.
-    int Status() const;
+    int Status() const; // when it has ended; as shells have it, 128 plus its number for a signal
     pid_t ProcessId() const { return static_cast<pid_t>(m_process.processId()); } // of the first of the wrappers
 
 private:

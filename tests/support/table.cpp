@@ -22,7 +22,8 @@ QString Value(QString cell)
 
 void LoadTable(const char* file)
 {
-    const QString text = QString::fromUtf8(FileText(QStringLiteral(TABLES_DIR "/") + QLatin1String(file)));
+    const QString text
+        = QString::fromUtf8(FileText(QStringLiteral(PROJECT_DIR "/tests/tables/") + QLatin1String(file)));
     const QString head = QStringLiteral("\n[%1]\t").arg(QLatin1String(QTest::currentTestFunction()));
     const QString section = text.section(head, 1).section(QStringLiteral("\n["), 0, 0);
     QStringList lines = section.split(QLatin1Char('\n'), Qt::SkipEmptyParts);

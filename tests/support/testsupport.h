@@ -25,10 +25,8 @@ QString Filled(QString text, const std::function<QByteArray(qint64)>& replacemen
 // Runs a line of sh in a folder; whether it ended well.
 bool ShellIn(const QString& folder, const QString& script);
 
-// The exit code of `body` in a forked process; minus the number of the signal that ended it. Unsuited, it ends with
-// SkipCode.
+// The exit code of `body` in a forked process; minus the number of the signal that ended it.
 int ForkedCode(const std::function<int()>& body);
-constexpr int SkipCode = 77;
 
 // The last tick of a day before (negative) or after today, as the directory prints it.
 QByteArray DirectoryTime(qint64 daysFromToday);
