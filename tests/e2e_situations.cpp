@@ -10,7 +10,7 @@
 #include <QDirIterator>
 #include <QRegularExpression>
 #include <QTest>
-#include <csignal>
+#include <cstring>
 #include <sched.h>
 #include <sys/resource.h>
 #include <sys/stat.h>

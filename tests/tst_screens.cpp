@@ -53,12 +53,9 @@ void SetCommandLine(const char* commandLine)
 // Gives the terminal a session of this user, or none for an empty name.
 void LogIn(LoginCfg& cfg, const char* user)
 {
-    const QString saved = QStringLiteral("/tmp/.user.1");
-    QFile::remove(saved);
-    QDir().mkpath(QStringLiteral("/tmp/.config"));
-    WriteFile(QStringLiteral("/tmp/.config/.loggedin"), {});
+    ShellIn(QStringLiteral("/tmp"), QStringLiteral("rm -f .user.1; mkdir -p .config; touch .config/.loggedin"));
     if (*user)
-        WriteFile(saved, QByteArray(rdp_encrypt(user)) + ",00,,00,\n");
+        WriteFile(QStringLiteral("/tmp/.user.1"), QByteArray(rdp_encrypt(user)) + ",00,,00,\n");
     cfg.loggedIn = false; // not looked up yet
 }
 

@@ -17,10 +17,6 @@ namespace {
 
 QStringList s_messages;
 
-// Builtins only: the program may start it with an empty environment. The last line may lack its newline.
-const QByteArray Show
-    = "show() { while IFS= read -r line; do printf '%s\\n' \"$line\"; done < \"$1\"; printf '%s' \"$line\"; }\n";
-
 void StrictHandler(QtMsgType, const QMessageLogContext&, const QString& message)
 {
     s_messages += message;
@@ -136,14 +132,13 @@ void FakeTools::InstallDirectory(const QByteArray& root, const QByteArray& answe
     WriteFile(Path(QStringLiteral("root")), root);
     WriteFile(Path(QStringLiteral("answer")), answer);
     InstallScript(QStringLiteral("ldapsearch"),
-                  Show
-                      + "case \"$*\" in\n"
-                        "*//dead*|*ldaps://plain*) echo \"Can't contact LDAP server (-1)\" >&2; exit 255 ;;\n"
-                        "*namingContexts) show \"$here/root\"; exit ;;\n"
-                        "esac\n"
-                        "read -r first < \"$here/answer\"\n"
-                        "case $first in ldap_bind*) show \"$here/answer\" >&2; exit 49 ;; esac\n"
-                        "show \"$here/answer\"\n");
+                  "case \"$*\" in\n"
+                  "*//dead*|*ldaps://plain*) echo \"Can't contact LDAP server (-1)\" >&2; exit 255 ;;\n"
+                  "*namingContexts) exec /bin/cat \"$here/root\" ;;\n"
+                  "esac\n"
+                  "read -r first < \"$here/answer\"\n"
+                  "case $first in ldap_bind*) /bin/cat \"$here/answer\" >&2; exit 49 ;; esac\n"
+                  "exec /bin/cat \"$here/answer\"\n");
 }
 
 void FakeTools::InstallExpiringDirectory()
