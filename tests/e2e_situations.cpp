@@ -309,9 +309,7 @@ private:
             return false;
         WriteFile(m_folder + QStringLiteral("/user"), m_user.at(0).toUtf8());
         WriteFile(m_folder + QStringLiteral("/password"), m_user.at(1).toUtf8());
-        return ShellIn(m_folder,
-                       QStringLiteral("paste() { xclip -selection clipboard \"$1\" && xdotool key ctrl+v \"$2\"; }\n"
-                                      "paste user Tab && paste password Return"));
+        return RunScript(QStringLiteral("paste+user+Tab")) && RunScript(QStringLiteral("paste+password+Return"));
     }
 
     // The dialog's message line has a colour of its own, which the default style sheet gives it.

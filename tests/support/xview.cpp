@@ -10,17 +10,15 @@
 
 namespace {
 
-struct DisplayCloser {
-    void operator()(Display* display) const { XCloseDisplay(display); }
-};
+using OpenedDisplay = std::unique_ptr<Display, decltype(&XCloseDisplay)>;
 
-std::unique_ptr<Display, DisplayCloser> OpenDisplay()
+OpenedDisplay OpenDisplay()
 {
     XSetErrorHandler([](Display*, XErrorEvent*) { return 0; }); // a window may be gone already
-    Display* display = XOpenDisplay(nullptr);
+    OpenedDisplay display(XOpenDisplay(nullptr), XCloseDisplay);
     if (!display)
         qFatal("no X display");
-    return std::unique_ptr<Display, DisplayCloser>(display);
+    return display;
 }
 
 Window Focused(Display* display)
