@@ -305,11 +305,10 @@ private:
     bool Paste(const QString& text)
     {
         m_user = UserOf(text);
-        if (!Sees(QStringLiteral("User Authentication")))
-            return false;
         WriteFile(m_folder + QStringLiteral("/user"), m_user.at(0).toUtf8());
         WriteFile(m_folder + QStringLiteral("/password"), m_user.at(1).toUtf8());
-        return RunScript(QStringLiteral("paste+user+Tab")) && RunScript(QStringLiteral("paste+password+Return"));
+        return Sees(QStringLiteral("User Authentication")) && RunScript(QStringLiteral("paste+user+Tab"))
+            && RunScript(QStringLiteral("paste+password+Return"));
     }
 
     // The dialog's message line has a colour of its own, which the default style sheet gives it.
