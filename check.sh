@@ -39,7 +39,7 @@ sanitize() {
     cmake --preset asan
     cmake --build --preset asan --parallel 2
     rm -f build-asan/sanitizer.*
-    ctest --preset asan --parallel 2 --label-exclude lint "$@"
+    ctest --preset asan --parallel 2 --label-exclude lint
     ! cat build-asan/sanitizer.* 2> /dev/null
 }
 
