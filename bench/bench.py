@@ -27,6 +27,7 @@ IDLE = {"cpu": ("idle CPU ms", 1, False), "switches": ("switches/s", 1, False)}
 LOGIN = {"total": ("Return to exit ms", 1, True), "first": ("to first child", 1, False),
          "between": ("to second child", 1, False), "last": ("to exit", 1, False)}
 IDLE_GOAL_S = 20
+GOALS_SET_MS = 45.9  # qtfloor's first frame where the goals in ms were set
 CALLS = "/tmp/ldapsearch.calls"
 
 
@@ -129,24 +130,34 @@ def ratio_table(rows, floor):
 
 
 def goal_table(start, idle, login):
+    """What was aimed at. Goals in ms were set where qtfloor painted its first frame in GOALS_SET_MS; they grow with what
+    this machine takes."""
     def of(label, name, rows=start):
         return lab.median([row[name] for row in rows[label]])
 
-    goals = [("first frame, remote dialog to qtfloor", of(REMOTE, "paint") / of("qtfloor", "paint"), .5),
-             ("first frame, remote dialog to qtfloor-raster", of(REMOTE, "paint") / of("qtfloor-raster", "paint"), 1.1),
-             ("first frame, local window to qtfloor-raster", of(LOCAL, "paint") / of("qtfloor-raster", "paint"), 1),
+    def beside_bare(goal, name, rows=start):
+        return goal, of(label, name, rows), of("qtfloor-raster", name, rows)
+
+    slower = max(1, of("qtfloor", "paint") / GOALS_SET_MS)
+    goals = [("first frame, remote dialog to qtfloor", of(REMOTE, "paint") / of("qtfloor", "paint"), None, .5),
+             ("first frame, remote dialog to qtfloor-raster", of(REMOTE, "paint") / of("qtfloor-raster", "paint"), 1, 1.1),
+             ("first frame, local window to qtfloor-raster", of(LOCAL, "paint") / of("qtfloor-raster", "paint"), 1, 1),
              ("Return to exit beyond floor and two hashes, ms",
-              of("gate", "total", login) - of("floor and two hashes", "total", login), 6)]
+              of("gate", "total", login) - of("floor and two hashes", "total", login), None, 6 * slower)]
     for label in [REMOTE, LOCAL]:
-        goals += [(f"peak memory, {label} to qtfloor", of(label, "peak") / of("qtfloor", "peak"), .38),
-                  (f"private dirty, {label}, MB", of(label, "dirty"), 3.5),
-                  (f"libraries, {label}", of(label, "libraries"), 74),
-                  (f"idle switches/s, {label}", of(label, "switches", idle), 14),
-                  (f"idle CPU, {label}, ms in {IDLE_GOAL_S} s", of(label, "cpu", idle), 20),
-                  (f"first key, {label}, ms", of(label, "key"), 3), (f"next key, {label}, ms", of(label, "key2"), 1)]
-    lines = ["| goal | at most | measured | met |", "|---|---|---|---|"]
-    for name, value, limit in goals:
-        lines.append(f"| {name} | {limit:g} | {value:.2f} | {'yes' if value <= limit else 'no'} |")
+        peak = of("qtfloor", "peak")
+        goals += [(f"peak memory, {label} to qtfloor", of(label, "peak") / peak, of("qtfloor-raster", "peak") / peak, .38),
+                  (*beside_bare(f"private dirty, {label}, MB", "dirty"), 3.5),
+                  (*beside_bare(f"libraries, {label}", "libraries"), 74),
+                  (*beside_bare(f"idle switches/s, {label}", "switches", idle), 14),
+                  (*beside_bare(f"idle CPU, {label}, ms in {IDLE_GOAL_S} s", "cpu", idle), 20 * slower),
+                  (*beside_bare(f"first key, {label}, ms", "key"), 3 * slower),
+                  (*beside_bare(f"next key, {label}, ms", "key2"), 1 * slower)]
+    lines = [f"Goals, those in ms for a machine {slower:.1f} times as slow as where they were set:", "",
+             "| goal | at most | qtfloor-raster | measured | met |", "|---|---|---|---|---|"]
+    for name, value, bare, limit in goals:
+        lines.append(f"| {name} | {limit:.3g} | {'' if bare is None else f'{bare:.2f}'} | {value:.2f} | "
+                     f"{'yes' if value <= limit else 'no'} |")
     return "\n".join(lines)
 
 

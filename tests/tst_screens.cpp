@@ -23,7 +23,6 @@
 #include <QTest>
 #include <QToolTip>
 #include <QTranslator>
-#include <sys/stat.h>
 
 namespace {
 
@@ -230,8 +229,7 @@ private slots:
     // How an earlier dialog's child ends is no success of this one, nor does a second click wipe out a complaint.
     void PasswordChange()
     {
-        const QString end = m_tools.Path(QStringLiteral("end"));
-        mkfifo(QFile::encodeName(end).constData(), 0600);
+        ShellIn(m_tools.Path(QString()), QStringLiteral("mkfifo end"));
         m_tools.InstallScript(QStringLiteral("smbpasswd"),
                               "printf '" + Text("complaint").toLatin1() + "' >&2\nread -r end < \"$here/end\"\n"
                                   + "printf changed\n");
@@ -241,7 +239,7 @@ private slots:
         if (Flag("new dialog"))
             dialog = FilledIn();
         Do(*dialog, Text("then"));
-        WriteFile(end, "now\n");
+        WriteFile(m_tools.Path(QStringLiteral("end")), "now\n");
         QTRY_VERIFY(!dialog->isVisible());
         QCOMPARE(dialog->m_message, Text("message"));
         QCOMPARE(dialog->m_success, Flag("success"));
