@@ -4,6 +4,7 @@
 #include "app/maskedfields.h"
 #include "app/modeselection.h"
 #include "app/plainstyle.h"
+#include "app/restingcaret.h"
 #include "app/translations.h"
 #include "app/windowactivator.h"
 #include "base/hardening.h"
@@ -19,6 +20,8 @@
 #include <unistd.h>
 
 namespace {
+
+constexpr int CaretRestMs = 10000; // as other desktops have it
 
 int RunLocalWindow(const QString& programPath, LoginCfg& cfg)
 {
@@ -81,6 +84,7 @@ int main(int argc, char** argv)
     InstallTranslation(app);
     MaskSecretFields();
     new WindowActivator(&app);
+    new RestingCaret(&app, CaretRestMs);
     const QStringList commandLine = CommandLine(argc, argv);
     const QString programPath = commandLine.value(0);
     switch (SelectMode(commandLine, cfg)) {

@@ -4,6 +4,7 @@
 // How they look is tested in every language, and at several scales and with a larger font by CMakeLists.txt, as Qt
 // takes these only when a program starts.
 #include "app/plainstyle.h"
+#include "app/restingcaret.h"
 #include "config/logincfg.h"
 #include "ldap/ldaphandler.h"
 #include "tav3/desktop.h"
@@ -305,6 +306,20 @@ private slots:
         QCOMPARE(pixels.pixelColor(edge).name(), QStringLiteral("#505050"));
         QCOMPARE(pixels.pixelColor(2, 2).name(), PictureColour.name());
         QVERIFY(!Find<QLabel>(dialog, "userimage")->isVisible());
+    }
+
+    // Each blink repaints the field.
+    void CaretRests()
+    {
+        const int flashTime = QApplication::cursorFlashTime();
+        const RestingCaret caret(qApp, 100);
+        ngremotelogin dialog(&m_cfg);
+        dialog.show();
+        QTRY_COMPARE(QApplication::cursorFlashTime(), 0);
+        QTest::keyClick(Find<QLineEdit>(dialog, "leUser"), Qt::Key_A);
+        QCOMPARE(QApplication::cursorFlashTime(), flashTime);
+        QTRY_COMPARE(QApplication::cursorFlashTime(), 0);
+        QApplication::setCursorFlashTime(flashTime);
     }
 
 private:
