@@ -1,12 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The qorm-login authors
 // SPDX-License-Identifier: MIT
 #include "app/debuglog.h"
-#include "app/maskedfields.h"
+#include "desktop/maskedfields.h"
 #include "app/modeselection.h"
-#include "app/plainstyle.h"
-#include "app/restingcaret.h"
-#include "app/translations.h"
-#include "app/windowactivator.h"
+#include "desktop/plainstyle.h"
+#include "desktop/restingcaret.h"
+#include "desktop/translations.h"
+#include "desktop/windowactivator.h"
 #include "base/hardening.h"
 #include "config/logincfg.h"
 #include "ui/loginwindow.h"

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "config/logincfg.h"
 
-#include "config/blockingcheck.h"
+#include "desktop/blockingcheck.h"
 #include "ldap/ldaphandler.h"
 #include "tav3/desktop.h"
 #include "ui/setpassword.h"

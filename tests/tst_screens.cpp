@@ -3,8 +3,8 @@
 // The three screens inside this process. What ends it, and what needs an X server, is tested on the built program.
 // How they look is tested in every language, and at several scales and with a larger font by CMakeLists.txt, as Qt
 // takes these only when a program starts.
-#include "app/plainstyle.h"
-#include "app/restingcaret.h"
+#include "desktop/plainstyle.h"
+#include "desktop/restingcaret.h"
 #include "config/logincfg.h"
 #include "ldap/ldaphandler.h"
 #include "tav3/desktop.h"

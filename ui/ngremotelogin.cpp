@@ -7,7 +7,7 @@
 #include "base/guardedfile.h"
 #include "config/logincfg.h"
 #include "tav3/desktop.h"
-#include "ui/capslock.h"
+#include "desktop/capslock.h"
 
 #include <QDebug>
 #include <QKeyEvent>

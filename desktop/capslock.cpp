@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The qorm-login authors
 // SPDX-License-Identifier: MIT
-#include "ui/capslock.h"
+#include "desktop/capslock.h"
 
 #include <QX11Info>
 #include <X11/XKBlib.h> // last: its macros break Qt's headers

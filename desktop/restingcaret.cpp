@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The qorm-login authors
 // SPDX-License-Identifier: MIT
-#include "app/restingcaret.h"
+#include "desktop/restingcaret.h"
 
 #include <QApplication>
 #include <QEvent>

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The qorm-login authors
 // SPDX-License-Identifier: MIT
-#include "app/plainstyle.h"
+#include "desktop/plainstyle.h"
 
 int PlainStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                           QStyleHintReturn* returnData) const

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The qorm-login authors
 // SPDX-License-Identifier: MIT
-#include "app/windowactivator.h"
+#include "desktop/windowactivator.h"
 
 #include <QApplication>
 #include <QEvent>

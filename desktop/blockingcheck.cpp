@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The qorm-login authors
 // SPDX-License-Identifier: MIT
-#include "config/blockingcheck.h"
+#include "desktop/blockingcheck.h"
 
 #include <QAbstractButton>
 #include <QApplication>

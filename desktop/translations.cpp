@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The qorm-login authors
 // SPDX-License-Identifier: MIT
-#include "app/translations.h"
+#include "desktop/translations.h"
 
 #include <QCoreApplication>
 #include <QLocale>

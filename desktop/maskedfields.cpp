@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The qorm-login authors
 // SPDX-License-Identifier: MIT
-#include "app/maskedfields.h"
+#include "desktop/maskedfields.h"
 
 #include <QAccessible>
 #include <QAccessibleWidget>
