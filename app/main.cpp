@@ -1,14 +1,17 @@
 // SPDX-FileCopyrightText: 2026 The qorm-login authors
 // SPDX-License-Identifier: MIT
 #include "app/debuglog.h"
-#include "desktop/maskedfields.h"
 #include "app/modeselection.h"
-#include "desktop/plainstyle.h"
-#include "desktop/restingcaret.h"
-#include "desktop/translations.h"
-#include "desktop/windowactivator.h"
 #include "base/hardening.h"
 #include "config/logincfg.h"
+#include "desktop/maskedfields.h"
+#include "desktop/nobusofourown.h"
+#include "desktop/plainstyle.h"
+#include "desktop/restingcaret.h"
+#include "desktop/singleline.h"
+#include "desktop/singlepress.h"
+#include "desktop/translations.h"
+#include "desktop/windowactivator.h"
 #include "ui/loginwindow.h"
 #include "ui/ngremotelogin.h"
 
@@ -16,6 +19,7 @@
 #include <QDebug>
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
 #include <tuple>
 #include <unistd.h>
 
@@ -48,20 +52,15 @@ int RunRemoteDialog(const QString& programPath, LoginCfg& cfg)
     return QApplication::exec();
 }
 
-QStringList CommandLine(int argc, char** argv)
+// What the program's windows have in common; each filters the application's events.
+void SetUpDesktop(QApplication& application)
 {
-    QStringList words;
-    for (int i = 0; i < argc; ++i)
-        words += QString::fromLocal8Bit(argv[i]);
-    return words;
-}
-
-// Ends the process without the clean-up of the libraries' own statics, which nothing needs: a thread to be joined and
-// plugins to be unloaded would delay every sign-in.
-void EndAtOnce(int status, void*)
-{
-    std::ignore = fflush(nullptr);
-    _exit(status);
+    InstallTranslation(application);
+    MaskSecretFields();
+    new WindowActivator(&application);
+    new RestingCaret(&application, CaretRestMs);
+    new SingleLine(&application);
+    new SinglePress(&application);
 }
 
 } // namespace
@@ -79,13 +78,11 @@ int main(int argc, char** argv)
     QCoreApplication::setAttribute(Qt::AA_ForceRasterWidgets);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QApplication::setStyle(new PlainStyle); // owned by the application
+    auto noBus = std::make_unique<NoBusOfOurOwn>();
     QApplication app(argc, argv);
-    on_exit(EndAtOnce, nullptr); // the last one registered runs first
-    InstallTranslation(app);
-    MaskSecretFields();
-    new WindowActivator(&app);
-    new RestingCaret(&app, CaretRestMs);
-    const QStringList commandLine = CommandLine(argc, argv);
+    noBus.reset();
+    SetUpDesktop(app);
+    const QStringList commandLine = QCoreApplication::arguments();
     const QString programPath = commandLine.value(0);
     switch (SelectMode(commandLine, cfg)) {
     case GateMode::SetupNeedsNoPassword:

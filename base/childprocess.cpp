@@ -20,6 +20,11 @@ void ChildDeleter::operator()(QProcess* process) const
         delete process;
 }
 
+QString TextOf(const QByteArray& bytes)
+{
+    return QString::fromUtf8(bytes.constData());
+}
+
 bool ForkFailed(const QProcess& process)
 {
     return process.processId() < 0;

@@ -13,13 +13,17 @@ struct ChildDeleter {
 };
 using ChildProcess = std::unique_ptr<QProcess, ChildDeleter>;
 
-// More output than this and a child counts as one that never finishes, so that a flood can't take the memory.
-constexpr qint64 MaxChildOutputBytes = qint64(64) * 1024 * 1024;
+// More output than this and a child counts as one that never finishes, so that a flood can't take the memory: as lines
+// of one letter it takes some thirty times as much here. An ordinary root entry of a directory has 5 KB.
+constexpr qint64 MaxChildOutputBytes = qint64(1024) * 1024;
 
 struct ChildOutput {
     QByteArray standardOutput; // with merged channels: both
     QByteArray standardError;
 };
+
+// What a child wrote, as UTF-8; it ends at the first NUL byte.
+QString TextOf(const QByteArray& bytes);
 
 // Starts `program`, looked up through the search path, and waits at most `startTimeoutMs` for the start (0: no wait of
 // its own) and `finishTimeoutMs` for the end (-1: no limit), spinning no events. The caller has set channels and

@@ -2,16 +2,19 @@
 // SPDX-License-Identifier: MIT
 #include "base/guardedfile.h"
 
+#include <cstdlib>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
 
+// O_NONBLOCK: a planted FIFO must not hold the program; it has no effect on the regular files we accept.
+constexpr int NeverWaiting = O_NONBLOCK | O_CLOEXEC | O_NOCTTY;
+
 int SystemFlags(GuardedMode mode)
 {
-    // O_NONBLOCK: a planted FIFO must not hold the program; it has no effect on the regular files we accept.
-    const int guard = O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC | O_NOCTTY;
+    const int guard = O_NOFOLLOW | NeverWaiting;
     switch (mode) {
     case GuardedMode::Read:
         return guard | O_RDONLY;
@@ -44,6 +47,25 @@ bool IsAcceptable(int fd, GuardedMode mode, unsigned permissions)
     return narrowed == (info.st_mode & 07777) || fchmod(fd, narrowed) == 0;
 }
 
+bool IsRegular(int fd)
+{
+    struct stat info { };
+    return fstat(fd, &info) == 0 && S_ISREG(info.st_mode);
+}
+
+// Makes a file of these bytes, whose name is left in `path` in the place of its "XXXXXX"; none is left on failure.
+bool WriteNewFile(QByteArray& path, const QByteArray& bytes)
+{
+    const int fd = mkostemp(path.data(), O_CLOEXEC); // exclusive, 0600
+    if (fd < 0)
+        return false;
+    const bool written = ::write(fd, bytes.constData(), static_cast<size_t>(bytes.size())) == bytes.size();
+    if (::close(fd) == 0 && written)
+        return true;
+    ::unlink(path.constData());
+    return false;
+}
+
 } // namespace
 
 bool OpenGuarded(QFile& file, GuardedMode mode, unsigned permissions)
@@ -53,6 +75,38 @@ bool OpenGuarded(QFile& file, GuardedMode mode, unsigned permissions)
         return false;
     if (IsAcceptable(fd, mode, permissions) && (mode != GuardedMode::Truncate || ftruncate(fd, 0) == 0)
         && file.open(fd, DeviceMode(mode), QFileDevice::AutoCloseHandle))
+        return true;
+    ::close(fd);
+    return false;
+}
+
+bool ReplaceGuarded(const QString& path, const QByteArray& bytes)
+{
+    const QByteArray name = QFile::encodeName(path);
+    QByteArray temporary = name + ".XXXXXX";
+    if (WriteNewFile(temporary, bytes)) {
+        if (::rename(temporary.constData(), name.constData()) == 0)
+            return true;
+        ::unlink(temporary.constData());
+    }
+    RemoveOwn(path);
+    return false;
+}
+
+void RemoveOwn(const QString& path)
+{
+    const QByteArray name = QFile::encodeName(path);
+    struct stat info { };
+    if (lstat(name.constData(), &info) == 0 && info.st_uid == geteuid())
+        ::unlink(name.constData());
+}
+
+bool OpenRegular(QFile& file)
+{
+    const int fd = ::open(QFile::encodeName(file.fileName()).constData(), O_RDONLY | NeverWaiting);
+    if (fd < 0)
+        return false;
+    if (IsRegular(fd) && file.open(fd, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle))
         return true;
     ::close(fd);
     return false;

@@ -13,7 +13,6 @@ namespace {
 constexpr int FinishTimeoutMs = 30000;
 // What ldapsearch ends with when it can't reach a server; also taken for a child that never ran.
 constexpr int NotReachedStatus = 255;
-const QString InvalidCredentials = QStringLiteral("52e");
 
 // The exit status as judged below. A child still running at the time limit reports 0, as the process object has it; no
 // login builds on that. One that never started or was stopped for flooding can't have bound.
@@ -82,7 +81,7 @@ bool LoginCfg::LdapSearchLoginToServer(const QString& server, const QString& use
         qDebug() << "Name and Password Saved";
         return true;
     }
-    const QString code = exitStatus == 0 ? InvalidCredentials : BindProbeCode(text, exitStatus);
+    const QString code = exitStatus == 0 ? LdapHandler::InvalidCredentials : BindProbeCode(text, exitStatus);
     TavSystem::cerr << "authentication error on server " << server << "Error Code=" << code << "\n";
     TavSystem::cerr.flush();
     resultMessage = code;

@@ -74,6 +74,11 @@ public:
     qint64 expiryWarningDays = 5;
     bool passwordChanged = false;
 
+    // Why the last remote attempt was refused when resultMessage is empty: an English sentence, and what the
+    // directory's client said about it, if anything.
+    QString explanation;
+    QString complaint;
+
     // Reads the configuration into the members and returns needAuthentication; the constructor calls it.
     bool ReadConfig();
 

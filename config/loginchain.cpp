@@ -15,7 +15,13 @@ namespace {
 
 // Days left before the directory has been asked: far beyond every warning.
 constexpr qint64 NotAskedDays = 300000;
-const QString ServerUnreachable = QStringLiteral("9999");
+
+// What the user is told where there is no sentence of a sub-code; translated where it is shown.
+const QString NoDirectory
+    = QStringLiteral(QT_TRANSLATE_NOOP("LoginCfg", "This terminal is not set up to sign users in at a directory."));
+const QString NoKnownReason = QStringLiteral(
+    QT_TRANSLATE_NOOP("LoginCfg", "The directory refused the sign-in and gave no reason known to this terminal."));
+const QString NotChanged = QStringLiteral(QT_TRANSLATE_NOOP("LoginCfg", "The password was not changed."));
 
 enum ResponseCode { Accepted, ChangeRequired, ChangeChosen, Refused, AccountLocked, Unreachable };
 static_assert(Refused + 1 == AccountLocked, "the locked flag is added to the refusal");
@@ -30,6 +36,8 @@ QString Translated(const char* text)
 bool LoginCfg::CheckRemoteLogin(const QString& user, const QString& password)
 {
     daysToExpiry = NotAskedDays;
+    explanation = NoDirectory;
+    complaint.clear();
     if (!serverType.startsWith(QLatin1String("LDAP")))
         return false;
     return CheckRemoteLdapLogin(user, password, serverType == QLatin1String("LDAPS"));
@@ -64,6 +72,8 @@ int LoginCfg::LoginToLdapServer(const QString& server, const QString& user, cons
         success = true;
     } else {
         resultMessage = handler->m_lastError;
+        explanation = NoKnownReason;
+        complaint = handler->m_complaint;
     }
     qDebug() << "Error Message" << resultMessage << code << success;
     SendSecurityEvent(user, success);
@@ -84,6 +94,7 @@ void LoginCfg::RunSetPassword(const QString& server, const QString& user, const 
         resultMessage = QStringLiteral("Please log in with your new password");
     } else {
         resultMessage = dialog.m_message;
+        explanation = NotChanged;
     }
     qDebug() << dialog.m_message;
 }
@@ -96,7 +107,7 @@ int LoginCfg::CheckLdapResponse(bool queryOk, LdapHandler* handler)
         daysToExpiry = handler->m_daysToExpiry;
         if (1 <= daysToExpiry && daysToExpiry <= expiryWarningDays && UserWantsToChange())
             code = ChangeChosen;
-    } else if (handler->m_lastCode == ServerUnreachable) {
+    } else if (handler->m_lastCode == LdapHandler::ServerUnreachable) {
         code = Unreachable;
     } else {
         code = handler->m_mustChange ? ChangeRequired : Refused + int(handler->m_accountLocked);

@@ -8,8 +8,6 @@
 #include <QDateTime>
 #include <QFileInfo>
 #include <QTextStream>
-#include <tuple>
-#include <unistd.h>
 
 namespace {
 
@@ -20,31 +18,16 @@ const QString Separator = QStringLiteral(",00,");
 // A line that holds three enciphered fields is far shorter.
 constexpr qint64 SavedUserMaxBytes = 65536;
 
-// Writes the whole text or leaves the file empty: half a credential must not look like one.
-void WriteWhole(QFile& file, const QString& text)
-{
-    const QByteArray bytes = text.toLatin1();
-    const bool written = file.write(bytes) == bytes.size() && file.flush();
-    // Past QFile, which would first try to write the rest. Nothing is left to do when this fails too.
-    if (!written)
-        std::ignore = ftruncate(file.handle(), 0);
-    file.close();
-}
-
 } // namespace
 
 void LoginCfg::SaveUserFiles(const QString& name, const QString& password, const QString& domain)
 {
     const QString nameHash = Hashed(name);
     const QString passwordHash = Hashed(password);
-    QFile hashed(QStringLiteral("/tmp/.user"));
-    if (OpenGuarded(hashed, GuardedMode::Truncate))
-        WriteWhole(hashed, QStringLiteral("$U") + nameHash + QStringLiteral("\n$P") + passwordHash + QLatin1Char('\n'));
-    QFile enciphered(SavedUserFile);
-    if (!OpenGuarded(enciphered, GuardedMode::Truncate))
-        return;
+    const QString hashes = QStringLiteral("$U") + nameHash + QStringLiteral("\n$P") + passwordHash + QLatin1Char('\n');
+    ReplaceGuarded(QStringLiteral("/tmp/.user"), hashes.toLatin1());
     const QStringList fields{Enciphered(name), Enciphered(password), Enciphered(domain)};
-    WriteWhole(enciphered, fields.join(Separator) + QLatin1Char('\n'));
+    ReplaceGuarded(SavedUserFile, (fields.join(Separator) + QLatin1Char('\n')).toLatin1());
 }
 
 QString LoginCfg::LoadSavedUserName() const

@@ -4,8 +4,9 @@
 
 #include <functional>
 
-// Stands here and not in ui/, as the login chain runs it between its boxes.
-// Calls `check`, which blocks the GUI thread, and returns its result. While it runs the cursor shows that the program
-// is busy, and what is typed or clicked meanwhile is dropped afterwards: a Return meant for one attempt must not start
-// the next one or answer the box that follows. No event is processed for this, so no timer is disturbed.
+// Runs `block`, which keeps the event loop waiting, and drops what was typed and clicked meanwhile. When the X server
+// went away meanwhile the process ends here, with status 1.
+void RunBlocking(const std::function<void()>& block);
+
+// The same under the busy cursor, for a check that answers; returns its answer.
 bool RunBlockingCheck(const std::function<bool()>& check);

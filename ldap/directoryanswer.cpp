@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "ldap/directoryanswer.h"
 
+#include <QRegularExpression>
+
 namespace {
 
 constexpr quint64 SecondsPerDay = 86400;
@@ -11,11 +13,8 @@ constexpr quint64 EpochOffsetSeconds = 11644473600;
 // In the year 2052. A password that never expires has a date far behind it.
 constexpr quint64 LastExpiryDay = 30000;
 
-// A time before 1970 wraps around to a huge number; intended.
-quint64 FileTimeToEpochDays(quint64 ticks)
-{
-    return (ticks / TicksPerSecond - EpochOffsetSeconds) / SecondsPerDay;
-}
+constexpr int MaxComplaintChars = 80;
+constexpr int MaxComplaintLines = 20; // warnings may stand before it
 
 quint64 NumberBehind(QLatin1String name, QString line)
 {
@@ -23,6 +22,12 @@ quint64 NumberBehind(QLatin1String name, QString line)
 }
 
 } // namespace
+
+// A time before 1970 wraps around to a huge number; intended.
+quint64 EpochDays(quint64 ticks)
+{
+    return (ticks / TicksPerSecond - EpochOffsetSeconds) / SecondsPerDay;
+}
 
 // The client folds a long line at 78 columns and begins the rest with one blank (LDIF, RFC 2849). An empty line ends an
 // entry: nothing belongs to it.
@@ -61,9 +66,9 @@ PasswordDates ParsePasswordDates(const QStringList& lines, qint64 now)
     const QLatin1String maxAge("pwdMaxAge");
     for (const QString& line : lines) {
         if (line.startsWith(lastSet))
-            dates.lastSetDays = FileTimeToEpochDays(NumberBehind(lastSet, line));
+            dates.lastSetDays = EpochDays(NumberBehind(lastSet, line));
         else if (line.startsWith(expiry))
-            dates.expiryDays = FileTimeToEpochDays(NumberBehind(expiry, line));
+            dates.expiryDays = EpochDays(NumberBehind(expiry, line));
         else if (line.startsWith(maxAge))
             dates.maxAgeDays = NumberBehind(maxAge, line) / SecondsPerDay;
     }
@@ -99,4 +104,16 @@ QStringList ParseSubCodes(const QStringList& errorLines)
             codes += words.at(1);
     }
     return codes;
+}
+
+QString ParseComplaint(const QStringList& errorLines)
+{
+    // "ldap_bind: Strong(er) authentication required (8)", "No such object (32)"
+    static const QRegularExpression complaint(QStringLiteral("^(?:ldap\\w+(?:\\([^)]*\\))?: )?(\\S.*) \\(-?\\d+\\)$"));
+    for (const QString& line : errorLines.mid(0, MaxComplaintLines)) {
+        const QRegularExpressionMatch match = complaint.match(line.left(4 * MaxComplaintChars));
+        if (match.hasMatch())
+            return match.captured(1).simplified().left(MaxComplaintChars);
+    }
+    return {};
 }

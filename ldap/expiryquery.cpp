@@ -14,6 +14,11 @@ constexpr qint64 UnknownDaysToExpiry = 30000;
 
 } // namespace
 
+quint64 LdapHandler::FileTimeToEpochDays(quint64 ticks)
+{
+    return EpochDays(ticks);
+}
+
 QString LdapHandler::QueryNamingContext()
 {
     if (s_debugEnabled)
@@ -67,10 +72,11 @@ bool LdapHandler::CheckPassword()
     m_mustChange = false;
     m_lastError.clear();
     m_lastCode.clear();
+    m_complaint.clear();
     m_uri = FindNamingContext();
     if (m_uri.isEmpty()) {
         m_lastError = QStringLiteral("Could not contact LDAP server");
-        m_lastCode = QStringLiteral("9999");
+        m_lastCode = ServerUnreachable;
         return false;
     }
     const QStringList lines = RunCommand(s_ldapSearchProgram, BindArguments(), QStringLiteral("Check Password"));
@@ -80,31 +86,36 @@ bool LdapHandler::CheckPassword()
         qDebug() << dates.today << dates.lastSetDays << dates.expiryDays << dates.maxAgeDays;
     }
     m_messages.clear();
-    if (lines.size() < 3)
-        return ReportRefusedBind();
-    if (CountsAsEmpty(s_password)) {
-        m_lastCode = QStringLiteral("52e");
-        m_lastError = ErrorMessage(m_lastCode);
-        m_messages += m_lastError;
+    const bool bound = lines.size() >= 3;
+    if (!bound)
+        ReportRefusedBind();
+    if (CountsAsEmpty(s_password) && m_lastCode.isEmpty())
+        ReportCode(InvalidCredentials); // whatever the directory makes of a bind without a password
+    if (!bound || !m_lastCode.isEmpty()) {
+        // A client that never ended left the error lines of the one before it.
+        m_complaint = lines.isEmpty() ? QString() : ParseComplaint(m_errorLines);
         return false;
     }
     ReportExpiry(dates);
     return true;
 }
 
-// Always false, the result of a check whose bind was refused.
-bool LdapHandler::ReportRefusedBind()
+void LdapHandler::ReportRefusedBind()
 {
     m_messages += QStringLiteral("It looks like there are issues with you credentials"); // worded so
     m_messages += m_errorLines;
     for (const QString& code : ParseSubCodes(m_errorLines)) {
-        m_lastCode = code;
-        m_lastError = ErrorMessage(m_lastCode);
-        m_messages += m_lastError;
-        m_accountLocked = m_lastCode == QLatin1String("775");
-        m_mustChange = m_lastCode == QLatin1String("532") || m_lastCode == QLatin1String("773");
+        ReportCode(code);
+        m_accountLocked = code == QLatin1String("775");
+        m_mustChange = code == QLatin1String("532") || code == QLatin1String("773");
     }
-    return false;
+}
+
+void LdapHandler::ReportCode(const QString& code)
+{
+    m_lastCode = code;
+    m_lastError = ErrorMessage(code);
+    m_messages += m_lastError;
 }
 
 void LdapHandler::ReportExpiry(const PasswordDates& dates)

@@ -2,6 +2,9 @@
 // SPDX-License-Identifier: MIT
 #include "ldap/ldaphandler.h"
 
+const QString LdapHandler::InvalidCredentials = QStringLiteral("52e");
+const QString LdapHandler::ServerUnreachable = QStringLiteral("9999");
+
 // LoginCfg keeps a list of its own, which differs in three entries; both are meant to be as they are.
 const QMap<QString, QString> LdapHandler::LdapErrorMessages{
     {QStringLiteral("52e"), QStringLiteral("Invalid username or password")},

@@ -7,6 +7,7 @@
 
 #include <QDateTime>
 #include <QDebug>
+#include <QProcessEnvironment>
 #include <QTextStream>
 
 LdapHandler* LdapHandler::s_instance = nullptr;
@@ -27,13 +28,17 @@ QString LdapHandler::s_logFile = QStringLiteral("/tmp/AdPwdTest.log");
 
 namespace {
 
-constexpr int StartTimeoutMs = 30000;
 constexpr int FinishTimeoutMs = 10000;
+// A third of 1 MiB, as a character takes at most 3 bytes in the file for each of its 16-bit units here.
+constexpr int MaxAuditChars = MaxChildOutputBytes / 3;
 
-// A child's text ends at its first NUL byte.
-QString TextOf(const QByteArray& bytes)
+// The client's environment, with a search base that counts as not set: a line BASE in its ldap.conf would make it look
+// for the root entry there.
+QProcessEnvironment ClientEnvironment()
 {
-    return QString::fromUtf8(bytes.constData());
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("LDAPBASE"), QString());
+    return environment;
 }
 
 // The command line for the log, with the bind password masked.
@@ -90,6 +95,7 @@ QStringList LdapHandler::RunCommand(const QString& program, const QStringList& a
     const ChildProcess process(new QProcess);
     if (s_debugEnabled)
         qDebug() << Loggable(program, arguments) << label;
+    process->setProcessEnvironment(ClientEnvironment());
     ChildOutput output;
     if (!RunChild(*process, program, arguments, StartTimeoutMs, FinishTimeoutMs, output))
         return {};
@@ -122,7 +128,8 @@ void LdapHandler::WriteLog(const QString& title, const QString& text)
     if (!OpenGuarded(file, GuardedMode::Append))
         return;
     QTextStream stream(&file);
-    stream << QDateTime::currentDateTime().toString(Qt::TextDate) << " --- " << title << "\n" << text << "\n";
+    stream << QDateTime::currentDateTime().toString(Qt::TextDate) << " --- " << title << "\n"
+           << text.leftRef(MaxAuditChars) << "\n";
     stream.flush();
     file.close();
 }
@@ -158,11 +165,12 @@ void LdapHandler::RestoreCredentials()
 
 void LdapHandler::OnStandardErrorReady()
 {
-    const QString text = TextOf(m_process->readAllStandardError());
+    const QByteArray bytes = m_process->readAllStandardError();
+    const QString text = TextOf(bytes);
     if (s_debugEnabled)
         qDebug() << "OnStandardErrorReady" << text;
     m_stdErr += text;
-    StopFlood();
+    StopFlood(bytes.size());
 }
 
 void LdapHandler::OnProcessErrorOccurred(QProcess::ProcessError error)

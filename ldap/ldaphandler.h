@@ -9,6 +9,14 @@
 
 struct PasswordDates;
 
+// One request to change a password: for which account, from what and to what.
+struct PasswordRequest {
+    QString server;
+    QString user;
+    QString oldPassword;
+    QString newPassword;
+};
+
 // Runs the command-line tools of the password features: ldapsearch synchronously (expiry query) and smbpasswd through
 // its prompts (password change). One instance a process, made at first use and never deleted. The server, user and
 // password it works with are class-wide; every request overwrites them. Used on the GUI thread only.
@@ -28,9 +36,19 @@ public:
     // succeeded exactly when m_stdErr is empty then. Otherwise the refusal, and nothing was started.
     // A tool that can't be started gives an empty text too, and no signal.
     QString ChangePassword(const QString& newPassword);
+    // Whether the child that ran last did what the last ChangePassword asked for, and never complained: a request that
+    // comes while an older child runs starts none of its own.
+    bool RanAsAsked() const;
     static bool IsSmbPasswdAvailable();
     // Makes an empty /etc/samba/smb.conf when there is none; whether the file exists now.
     static bool PrepareSmbConf();
+
+    // The URI of the server, and the dotted domain that its root entry names; m_baseDn is set with it. Empty when the
+    // root entry can't be read or names none.
+    QString FindNamingContext();
+    QString QueryNamingContext();
+    // Whole days since 1970-01-01 UTC of a directory time; one before that wraps around to a huge number.
+    static quint64 FileTimeToEpochDays(quint64 ticks);
 
     // Runs a tool to its end: its output lines, and its error lines in m_errorLines. An empty list, with m_errorLines
     // left as they were, when it could not be started or did not finish in time.
@@ -38,7 +56,8 @@ public:
     // Sets m_uri from the current server and the default port of the scheme, and returns it.
     QString BuildUri(bool ldaps);
 
-    // The audit file: one entry (skipped when the text is empty), its lines, its removal. Failures are silent.
+    // The audit file: one entry (skipped when the text is empty, and cut at 1 MiB), its lines, its removal. Failures
+    // are silent.
     static void WriteLog(const QString& title, const QString& text);
     static QStringList ReadLog();
     static void ClearLog();
@@ -47,6 +66,11 @@ public:
     static void SaveCredentials();
     static void RestoreCredentials();
 
+    static constexpr int StartTimeoutMs = 30000; // for any tool
+
+    // Codes that the program itself decides by: a wrong name or password, and a directory that does not answer.
+    static const QString InvalidCredentials;
+    static const QString ServerUnreachable;
     // Directory sub-code, or code of our own, to the sentence for the user.
     static const QMap<QString, QString> LdapErrorMessages;
     // Whether a bind with this password would be one without a password, which proves nothing even where a directory
@@ -92,8 +116,9 @@ public:
     bool m_accountLocked = false;
     qint64 m_daysToExpiry = 0;
 
-    // Whether the last ChangePassword started no child of its own: an older one still ran, or fork() failed.
-    bool m_startRefused = false;
+    // The client's own word for a refused bind whose reason is not known, such as "Strong(er) authentication required";
+    // one short line, or empty.
+    QString m_complaint;
 
 signals:
     void PwdProcessComplete(bool success);
@@ -111,18 +136,18 @@ private slots:
 private:
     LdapHandler(const QString& server, const QString& user, const QString& password, QObject* parent);
 
-    QString FindNamingContext();
-    QString QueryNamingContext();
     QStringList BindArguments() const;
-    bool ReportRefusedBind();
+    void ReportRefusedBind();
+    void ReportCode(const QString& code);
     void ReportExpiry(const PasswordDates& dates);
 
     void ConnectProcess();
     static QString RefusalOfChange(const QString& newPassword);
     void StartSmbPasswd();
     void Answer(const QString& password);
-    void StopFlood();
+    void StopFlood(int bytesRead);
 
-    // Standard error of a child that still ran when a further change was asked for.
-    QString m_earlierStdErr;
+    PasswordRequest m_running;     // what the last child was started with and has been told since
+    QString m_earlierStdErr;       // of that child, from before a further request emptied m_stdErr
+    qint64 m_childOutputBytes = 0; // of that child, prompts included
 };

@@ -8,12 +8,6 @@
 
 #include <QDebug>
 
-namespace {
-
-constexpr int StartTimeoutMs = 30000;
-
-} // namespace
-
 bool LdapHandler::IsSmbPasswdAvailable()
 {
     return QFile::exists(QStringLiteral("/usr/bin/smbpasswd"));
@@ -35,16 +29,18 @@ QString LdapHandler::ChangePassword(const QString& newPassword)
     m_lastError = RefusalOfChange(newPassword);
     if (!m_lastError.isEmpty())
         return m_lastError;
-    m_startRefused = m_process->state() != QProcess::NotRunning;
-    if (m_startRefused)
-        m_earlierStdErr += m_stdErr; // the running child has failed already if it wrote any
-    else
-        m_earlierStdErr.clear();
+    m_earlierStdErr += m_stdErr; // the child that still runs has failed already if it wrote any
     m_stdErr.clear();
     m_stdOut.clear();
     m_newPassword = newPassword;
     StartSmbPasswd();
     return {};
+}
+
+bool LdapHandler::RanAsAsked() const
+{
+    return m_stdErr.isEmpty() && m_running.server == s_serverName && m_running.user == s_userName
+        && m_running.oldPassword == s_password && m_running.newPassword == m_newPassword;
 }
 
 QString LdapHandler::RefusalOfChange(const QString& newPassword)
@@ -63,9 +59,13 @@ void LdapHandler::StartSmbPasswd()
     const QStringList arguments{QStringLiteral("-r"), s_serverName, QStringLiteral("-U"), s_userName};
     if (s_debugEnabled)
         qDebug() << s_smbPasswdProgram << arguments;
-    m_process->start(s_smbPasswdProgram, arguments, QIODevice::ReadWrite);
+    if (m_process->state() == QProcess::NotRunning) {
+        m_running = {s_serverName, s_userName, s_password, m_newPassword};
+        m_earlierStdErr.clear();
+        m_childOutputBytes = 0;
+    }
+    m_process->start(s_smbPasswdProgram, arguments, QIODevice::ReadWrite); // refused while a child runs
     if (ForkFailed(*m_process)) {
-        m_startRefused = true;
         ConnectProcess(); // the old object believes in a child for ever and must not be deleted, see ChildDeleter
     } else {
         m_process->waitForStarted(StartTimeoutMs); // a failed start is only logged
@@ -77,23 +77,25 @@ void LdapHandler::StartSmbPasswd()
 
 void LdapHandler::OnStandardOuputReady()
 {
-    const QByteArray chunk = m_process->readAllStandardOutput().trimmed();
-    const QString text = QString::fromUtf8(chunk.constData()); // up to the first NUL byte
+    const QByteArray bytes = m_process->readAllStandardOutput();
+    const QString text = TextOf(bytes.trimmed());
     if (s_debugEnabled)
         qDebug() << "OnStandardOuputReady" << text;
     if (text.startsWith(QLatin1String("Old SMB password:"))) {
         if (s_debugEnabled)
             qDebug() << "ouput old password" << text;
+        m_running.oldPassword = s_password;
         Answer(s_password);
     } else if (text.startsWith(QLatin1String("New SMB password:"))
                || text.startsWith(QLatin1String("Retype new SMB password:"))) {
         if (s_debugEnabled)
             qDebug() << "ouput new password" << text;
+        m_running.newPassword = m_newPassword;
         Answer(m_newPassword);
     } else {
         m_stdOut += text;
-        StopFlood();
     }
+    StopFlood(bytes.size());
 }
 
 void LdapHandler::Answer(const QString& password)
@@ -104,9 +106,10 @@ void LdapHandler::Answer(const QString& password)
 }
 
 // Ends a child whose output would take the memory; its change counts as failed.
-void LdapHandler::StopFlood()
+void LdapHandler::StopFlood(int bytesRead)
 {
-    if (m_stdOut.size() + m_stdErr.size() <= MaxChildOutputBytes)
+    m_childOutputBytes += bytesRead;
+    if (m_childOutputBytes <= MaxChildOutputBytes)
         return;
     m_stdOut.clear();
     m_stdErr = QStringLiteral("Too much output");

@@ -31,7 +31,7 @@ std::optional<QByteArray> ReadConfigFile(const QString& path)
     const int fd = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
     if (fd < 0) {
         if (errno != ENOENT)
-            qWarning() << path << "can't be read:" << strerror(errno);
+            qDebug() << path << "can't be read:" << strerror(errno);
         return std::nullopt;
     }
     QFile file;
@@ -40,7 +40,7 @@ std::optional<QByteArray> ReadConfigFile(const QString& path)
         && file.open(fd, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle))
         return file.read(qMin(file.size(), MaxFileBytes));
     ::close(fd);
-    qWarning() << path << "is not a regular file";
+    qDebug() << path << "is not a regular file";
     return std::nullopt;
 }
 

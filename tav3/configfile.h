@@ -12,7 +12,7 @@
 QString ConfigFilePath(const QString& name);
 
 // The content of a regular file, at most its first 4 MiB. Nothing when it is missing (silent) or can't be read (one
-// warning with the reason).
+// debug line with the reason).
 std::optional<QByteArray> ReadConfigFile(const QString& path);
 
 // True for "true", "yes", "on" and "1" in any letter case, false for every other text.

@@ -10,6 +10,18 @@
 #include <QToolTip>
 #include <QWidget>
 
+namespace {
+
+// A window that has a greatest size may grow to it where it stands.
+QSize LargestSize(const QWidget& widget)
+{
+    const QSize limit = widget.maximumSize();
+    return {limit.width() < QWIDGETSIZE_MAX ? limit.width() : widget.width(),
+            limit.height() < QWIDGETSIZE_MAX ? limit.height() : widget.height()};
+}
+
+} // namespace
+
 void TavDesktop::InitWindowPosition(QWidget* widget)
 {
     // Between two screens of different size the pointer can be on neither.
@@ -18,10 +30,9 @@ void TavDesktop::InitWindowPosition(QWidget* widget)
     if (!screen)
         return;
     const QRect area = screen->availableGeometry();
-    const QSize size = widget->size().boundedTo(area.size());
-    if (size != widget->size())
-        widget->resize(size);
-    widget->move(QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, size, area).topLeft());
+    widget->resize(widget->size().boundedTo(area.size()));
+    const QSize largest = LargestSize(*widget).boundedTo(area.size());
+    widget->move(QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, largest, area).topLeft());
 }
 
 namespace {
@@ -44,8 +55,10 @@ void SetPalettes()
 
 void TavDesktop::SetDefaultStyleSheet(QWidget* widget)
 {
-    static const bool palettesSet = (SetPalettes(), true); // once a process
-    Q_UNUSED(palettesSet)
+    static bool palettesSet = false; // once a process
+    if (!palettesSet)
+        SetPalettes();
+    palettesSet = true;
     QFile sheet(QStringLiteral(":/tav3/default.qss"));
     if (sheet.open(QIODevice::ReadOnly))
         widget->setStyleSheet(QString::fromUtf8(sheet.readAll()));

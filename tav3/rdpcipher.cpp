@@ -20,9 +20,6 @@ constexpr auto KeyBytes = static_cast<ssize_t>(sizeof(SealKey::bytes));
 
 QByteArray KeyPath()
 {
-    const char* folder = secure_getenv("XDG_RUNTIME_DIR");
-    if (folder && *folder)
-        return QByteArray(folder) + "/tav3.key";
     return "/tmp/.tav3-" + QByteArray::number(geteuid()) + ".key";
 }
 
@@ -56,16 +53,21 @@ bool MakeKeyFile(const QByteArray& path)
 
 bool LoadKey(SealKey& key)
 {
-    const QByteArray path = KeyPath();
-    const int flags = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC | O_NOCTTY;
-    int fd = open(path.constData(), flags);
-    if (fd < 0 && errno == ENOENT && MakeKeyFile(path))
-        fd = open(path.constData(), flags);
+    const int fd = open(KeyPath().constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
     if (fd < 0)
         return false;
     const bool usable = ReadKey(fd, key);
     close(fd);
     return usable;
+}
+
+// Only where something is to be enciphered: a key made now could not decipher anything.
+bool LoadOrMakeKey(SealKey& key)
+{
+    const QByteArray path = KeyPath();
+    if (access(path.constData(), F_OK) != 0 && errno == ENOENT)
+        MakeKeyFile(path);
+    return LoadKey(key);
 }
 
 // Null when it does not fit.
@@ -84,7 +86,7 @@ char* rdp_encrypt(const char* text)
     static char printed[PrintedSize];
     SealKey key;
     const size_t length = text ? strnlen(text, MaxTextBytes + 1) : 0;
-    if (!text || length > MaxTextBytes || !IsCipherReady() || !LoadKey(key))
+    if (!text || length > MaxTextBytes || !IsCipherReady() || !LoadOrMakeKey(key))
         return nullptr;
     const auto sealed = Seal(QByteArray::fromRawData(text, static_cast<int>(length)), key.bytes);
     return sealed ? CopyTo(printed, *sealed) : nullptr;

@@ -4,9 +4,9 @@
 
 #include "tav3/export.h"
 
-// Reversible encipherment of a short text for single sign-on. The key is 32 random bytes in tav3.key in
-// XDG_RUNTIME_DIR or, when that is not set, in /tmp/.tav3-UID.key; it is made at first use, and used only while it is a
-// regular file of the caller's that nobody else can read or write.
+// Reversible encipherment of a short text for single sign-on. The key is 32 random bytes in /tmp/.tav3-UID.key,
+// whatever the environment: a session, a lock screen and a shell of one user must read each other's. It is made by the
+// first rdp_encrypt, and used only while it is a regular file of the caller's that nobody else can read or write.
 // Both return a NUL-terminated text in a buffer of the library's own, which the next call of the same operation
 // overwrites and the caller may wipe, or null on failure. Not for several threads.
 extern "C" {

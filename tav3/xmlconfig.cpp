@@ -73,8 +73,8 @@ void TavXmlConfig::Read(const QByteArray& bytes, const QString& name)
     }
     // The reader's own sentence can quote the file, and with it a password.
     if (xml.hasError())
-        qWarning() << name << "line" << xml.lineNumber() << "column" << xml.columnNumber()
-                   << "is not well-formed, what follows is ignored";
+        qDebug() << name << "line" << xml.lineNumber() << "column" << xml.columnNumber()
+                 << "is not well-formed, what follows is ignored";
 }
 
 // Reads the element that the reader stands on: its children and, as the value of a key, its own text. Of a section that

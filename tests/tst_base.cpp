@@ -11,6 +11,18 @@
 #include <sys/prctl.h>
 #include <sys/resource.h>
 
+namespace {
+
+bool Write(const QString& path, char mode, const QByteArray& bytes)
+{
+    if (mode == 'r')
+        return ReplaceGuarded(path, bytes);
+    QFile file(path);
+    return OpenGuarded(file, mode == 'a' ? GuardedMode::Append : GuardedMode::Truncate) && file.write(bytes) > 0;
+}
+
+} // namespace
+
 class TestBase : public QObject {
     Q_OBJECT
 
@@ -19,23 +31,19 @@ private slots:
 
     void GuardedFile_data() { LoadTable("base.tsv"); }
 
-    // "append" and "truncate" are what stands in the file after "new" was written so.
+    // "append", "truncate" and "replace" are what stands in the file after "new" was written so.
     void GuardedFile()
     {
-        for (const char* mode : {"append", "truncate"}) {
+        for (const char* mode : {"append", "truncate", "replace"}) {
             const QTemporaryDir folder;
             if (!ShellIn(folder.path(), Text("prepare")))
                 QSKIP("needs the rights of root");
             const QString path = folder.filePath(QStringLiteral("file"));
             QCOMPARE(ReadGuarded(path, 3), Text("read").toUtf8());
-            QFile file(path);
-            const bool opened = OpenGuarded(file, *mode == 'a' ? GuardedMode::Append : GuardedMode::Truncate);
-            if (opened) {
-                file.write("new");
-                file.close();
-                QCOMPARE(ModeOf(path), 0600U);
-            }
-            QCOMPARE(opened ? FileText(path) : "refused", Text(mode).toUtf8());
+            const bool written = Write(path, *mode, "new");
+            QCOMPARE(written ? FileText(path) : "refused", Text(mode).toUtf8());
+            QVERIFY(!written || ModeOf(path) == 0600);
+            QVERIFY(ShellIn(folder.path(), QStringLiteral("! ls file.*"))); // nothing temporary is left
             QCOMPARE(FileText(folder.filePath(QStringLiteral("other"))), Text("other").toUtf8());
         }
     }

@@ -58,6 +58,7 @@ private slots:
         m_handler->m_mustChange = m_handler->m_accountLocked = true;                   // of an earlier user
         QCOMPARE(m_handler->CheckPassword(), Flag("good"));
         QTEST(Joined({m_handler->m_lastCode, m_handler->m_lastError}), "complaint");
+        QTEST(m_handler->m_complaint, "client");
         QCOMPARE(m_handler->m_accountLocked, Text("flags") == QLatin1String("locked"));
         QCOMPARE(m_handler->m_mustChange, Text("flags") == QLatin1String("must change"));
         QCOMPARE(Joined(m_handler->m_messages), Filled(Text("messages"), daysUntil));
@@ -134,14 +135,14 @@ private slots:
         QTRY_COMPARE(m_handler->m_stdErr, QStringLiteral("no\n"));
         for (int i = 0; i < 2; ++i)
             QCOMPARE(m_handler->ChangePassword(QStringLiteral("newer")), QString());
-        QVERIFY(m_handler->m_startRefused && m_handler->m_stdErr.isEmpty());
+        QVERIFY(!m_handler->RanAsAsked() && m_handler->m_stdErr.isEmpty());
         m_handler->m_process->closeWriteChannel();
         QTRY_COMPARE(finished.size(), 1);
         QCOMPARE(m_handler->m_stdErr, QStringLiteral("no\n"));
         m_tools->InstallScript(Tool, "exit 0"); // a new one has a start of its own
         m_handler->ChangePassword(QStringLiteral("newest"));
         QTRY_COMPARE(finished.size(), 2);
-        QVERIFY(!m_handler->m_startRefused && m_handler->m_stdErr.isEmpty());
+        QVERIFY(m_handler->RanAsAsked() && m_handler->m_stdErr.isEmpty());
     }
 };
 

@@ -164,7 +164,7 @@ private slots:
         dialog.show();
         QString said;
         OnBox(dialog, [&](const QMessageBox& box) {
-            said = box.windowTitle() + QStringLiteral(": ") + box.text();
+            said = box.windowTitle() + QStringLiteral(": ") + box.text() + box.informativeText();
             Do(dialog, Text("steps at the box"));
         });
         Do(dialog, Text("steps"));
@@ -227,7 +227,7 @@ private slots:
 
     void PasswordChange_data() { LoadTable("screens.tsv"); }
 
-    // How an earlier dialog's child ends is no success of this one, nor does a second click wipe out a complaint.
+    // What the child was not asked for is no success, nor does a second click wipe out a complaint.
     void PasswordChange()
     {
         ShellIn(m_tools.Path(QString()), QStringLiteral("mkfifo end"));

@@ -28,8 +28,7 @@ private slots:
     void init()
     {
         m_folder.reset(new QTemporaryDir);
-        for (const char* variable : {"XDG_RUNTIME_DIR", "TAV3_CONFIG_DIR"})
-            qputenv(variable, QFile::encodeName(m_folder->path()));
+        qputenv("TAV3_CONFIG_DIR", QFile::encodeName(m_folder->path()));
         TakeMessages();
     }
 
@@ -64,18 +63,27 @@ private slots:
 
     void KeyFile_data() { LoadTable("tav3.tsv"); }
 
+    // "key" in the table is the name of the key file.
     void KeyFile()
     {
-        if (!ShellIn(m_folder->path(), Text("prepare")))
+        const QString inTmp = QStringLiteral("key=.tav3-$(id -u).key; %1");
+        const auto named = [](QString text) { return text.replace(QStringLiteral("key"), QStringLiteral("$key")); };
+        QVERIFY(ShellIn(QStringLiteral("/tmp"), inTmp.arg(QStringLiteral("rm -rf $key*"))));
+        if (!ShellIn(QStringLiteral("/tmp"), inTmp.arg(named(Text("prepare")))))
             QSKIP("only root can give a file away");
+        QVERIFY(!rdp_decrypt("AAAA")); // makes no key
+        const QString files = QStringLiteral("[ \"$(ls -dA $key*)\" = \"%1\" ]");
+        QCOMPARE(ShellIn(QStringLiteral("/tmp"), inTmp.arg(files.arg(named(Text("files"))))),
+                 Text("prepare") != QLatin1String(":"));
         QCOMPARE(rdp_encrypt("pass") != nullptr, Flag("usable"));
         // Neither a temporary file nor the target of a link was made.
-        QVERIFY(ShellIn(m_folder->path(), QStringLiteral("[ \"$(ls -A)\" = '%1' ]").arg(Text("files"))));
+        QVERIFY(ShellIn(QStringLiteral("/tmp"), inTmp.arg(files.arg(named(Text("files"))))));
     }
 
     // Two processes that need the first key at the same time get the same one.
     void KeyFileOfTwoFirstUses()
     {
+        ShellIn(QStringLiteral("/tmp"), QStringLiteral("rm -rf .tav3-$(id -u).key"));
         const QString file = m_folder->filePath(QStringLiteral("sealed"));
         for (int round = 0; round < 50; ++round) {
             const pid_t child = fork();
@@ -86,7 +94,7 @@ private slots:
             }
             QCOMPARE(waitpid(child, nullptr, 0), child);
             QVERIFY(!sealed.isEmpty() && rdp_decrypt(FileText(file).constData()));
-            QVERIFY(ShellIn(m_folder->path(), QStringLiteral("rm *")));
+            QVERIFY(ShellIn(QStringLiteral("/tmp"), QStringLiteral("rm .tav3-$(id -u).key")));
         }
     }
 
@@ -100,6 +108,10 @@ private slots:
         window.resize(area.size() * 2);
         TavDesktop::InitWindowPosition(&window);
         QVERIFY(area.contains(window.geometry()));
+        window.resize(200, 100);
+        window.setMaximumHeight(area.height()); // which leaves no other place to grow
+        TavDesktop::InitWindowPosition(&window);
+        QCOMPARE(window.y(), area.y());
     }
 };
 

@@ -167,13 +167,25 @@
         <source>The new and retyped password do not match</source>
         <translation>Neues und wiederholtes Kennwort stimmen nicht überein</translation>
     </message>
+</context>
+<context>
+    <name>LoginCfg</name>
     <message>
         <source>Failed to change password</source>
         <translation>Das Kennwort konnte nicht geändert werden</translation>
     </message>
-</context>
-<context>
-    <name>LoginCfg</name>
+    <message>
+        <source>This terminal is not set up to sign users in at a directory.</source>
+        <translation>Dieses Terminal ist nicht für die Anmeldung an einem Verzeichnis eingerichtet.</translation>
+    </message>
+    <message>
+        <source>The directory refused the sign-in and gave no reason known to this terminal.</source>
+        <translation>Das Verzeichnis hat die Anmeldung abgelehnt, ohne einen Grund zu nennen, den dieses Terminal kennt.</translation>
+    </message>
+    <message>
+        <source>The password was not changed.</source>
+        <translation>Das Kennwort wurde nicht geändert.</translation>
+    </message>
     <message>
         <source>Invalid username or password</source>
         <translation>Ungültiger Benutzername oder ungültiges Kennwort</translation>

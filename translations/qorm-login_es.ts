@@ -167,13 +167,25 @@
         <source>The new and retyped password do not match</source>
         <translation>La contraseña nueva y la repetida no coinciden</translation>
     </message>
+</context>
+<context>
+    <name>LoginCfg</name>
     <message>
         <source>Failed to change password</source>
         <translation>No se pudo cambiar la contraseña</translation>
     </message>
-</context>
-<context>
-    <name>LoginCfg</name>
+    <message>
+        <source>This terminal is not set up to sign users in at a directory.</source>
+        <translation>Este terminal no está configurado para iniciar sesión en un directorio.</translation>
+    </message>
+    <message>
+        <source>The directory refused the sign-in and gave no reason known to this terminal.</source>
+        <translation>El directorio rechazó el inicio de sesión sin indicar un motivo que este terminal conozca.</translation>
+    </message>
+    <message>
+        <source>The password was not changed.</source>
+        <translation>La contraseña no se ha cambiado.</translation>
+    </message>
     <message>
         <source>Invalid username or password</source>
         <translation>Nombre de usuario o contraseña no válidos</translation>

@@ -167,13 +167,25 @@
         <source>The new and retyped password do not match</source>
         <translation>Le nouveau mot de passe et sa confirmation diffèrent</translation>
     </message>
+</context>
+<context>
+    <name>LoginCfg</name>
     <message>
         <source>Failed to change password</source>
         <translation>Le mot de passe n’a pas pu être modifié</translation>
     </message>
-</context>
-<context>
-    <name>LoginCfg</name>
+    <message>
+        <source>This terminal is not set up to sign users in at a directory.</source>
+        <translation>Ce terminal n’est pas configuré pour la connexion à un annuaire.</translation>
+    </message>
+    <message>
+        <source>The directory refused the sign-in and gave no reason known to this terminal.</source>
+        <translation>L’annuaire a refusé la connexion sans donner de raison connue de ce terminal.</translation>
+    </message>
+    <message>
+        <source>The password was not changed.</source>
+        <translation>Le mot de passe n’a pas été modifié.</translation>
+    </message>
     <message>
         <source>Invalid username or password</source>
         <translation>Nom d’utilisateur ou mot de passe incorrect</translation>

@@ -167,13 +167,25 @@
         <source>The new and retyped password do not match</source>
         <translation>新しいパスワードと再入力が一致しません</translation>
     </message>
+</context>
+<context>
+    <name>LoginCfg</name>
     <message>
         <source>Failed to change password</source>
         <translation>パスワードを変更できませんでした</translation>
     </message>
-</context>
-<context>
-    <name>LoginCfg</name>
+    <message>
+        <source>This terminal is not set up to sign users in at a directory.</source>
+        <translation>この端末はディレクトリへのログイン用に設定されていません。</translation>
+    </message>
+    <message>
+        <source>The directory refused the sign-in and gave no reason known to this terminal.</source>
+        <translation>ディレクトリがログインを拒否しましたが、この端末で分かる理由は示されませんでした。</translation>
+    </message>
+    <message>
+        <source>The password was not changed.</source>
+        <translation>パスワードは変更されませんでした。</translation>
+    </message>
     <message>
         <source>Invalid username or password</source>
         <translation>ユーザー名またはパスワードが無効です</translation>

@@ -167,13 +167,25 @@
         <source>The new and retyped password do not match</source>
         <translation>A nova senha e a repetida não coincidem</translation>
     </message>
+</context>
+<context>
+    <name>LoginCfg</name>
     <message>
         <source>Failed to change password</source>
         <translation>Não foi possível alterar a senha</translation>
     </message>
-</context>
-<context>
-    <name>LoginCfg</name>
+    <message>
+        <source>This terminal is not set up to sign users in at a directory.</source>
+        <translation>Este terminal não está configurado para o login em um diretório.</translation>
+    </message>
+    <message>
+        <source>The directory refused the sign-in and gave no reason known to this terminal.</source>
+        <translation>O diretório recusou o login sem informar um motivo que este terminal conheça.</translation>
+    </message>
+    <message>
+        <source>The password was not changed.</source>
+        <translation>A senha não foi alterada.</translation>
+    </message>
     <message>
         <source>Invalid username or password</source>
         <translation>Nome de usuário ou senha inválidos</translation>

@@ -167,13 +167,25 @@
         <source>The new and retyped password do not match</source>
         <translation>新密码与重新输入的密码不一致</translation>
     </message>
+</context>
+<context>
+    <name>LoginCfg</name>
     <message>
         <source>Failed to change password</source>
         <translation>更改密码失败</translation>
     </message>
-</context>
-<context>
-    <name>LoginCfg</name>
+    <message>
+        <source>This terminal is not set up to sign users in at a directory.</source>
+        <translation>此终端未设置为通过目录登录。</translation>
+    </message>
+    <message>
+        <source>The directory refused the sign-in and gave no reason known to this terminal.</source>
+        <translation>目录拒绝了登录，且未给出此终端已知的原因。</translation>
+    </message>
+    <message>
+        <source>The password was not changed.</source>
+        <translation>密码未更改。</translation>
+    </message>
     <message>
         <source>Invalid username or password</source>
         <translation>用户名或密码无效</translation>

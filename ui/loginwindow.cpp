@@ -4,13 +4,14 @@
 
 #include "ui_loginwindow.h"
 
-#include "base/guardedfile.h"
 #include "config/logincfg.h"
+#include "desktop/picture.h"
 #include "tav3/desktop.h"
 
 #include <QCloseEvent>
 #include <QCoreApplication>
 #include <QDebug>
+#include <QImageReader>
 #include <QMessageBox>
 #include <QPixmap>
 #include <QTimer>
@@ -23,7 +24,6 @@ constexpr int PauseStepMs = 45;
 constexpr int LastEventsMs = 500;
 // A Return held down opens pause within pause; some 3,300 levels would overflow the stack.
 constexpr int MaxPauseLevels = 200;
-constexpr qint64 MaxPictureBytes = qint64(1024) * 1024;
 
 bool checkBusy = false; // a check is running in some window of this process
 
@@ -72,9 +72,9 @@ LoginWindow::~LoginWindow()
 // Read here and not by the form, which would wait for ever on a FIFO of that name.
 void LoginWindow::ShowLockPicture()
 {
-    QPixmap picture;
-    if (picture.loadFromData(ReadGuarded(QStringLiteral("/tmp/icons/lock64.png"), MaxPictureBytes)))
-        ui->lIcon->setPixmap(picture);
+    QFile file(QStringLiteral("/tmp/icons/lock64.png"));
+    if (OpenPicture(file))
+        ui->lIcon->setPixmap(QPixmap::fromImage(QImageReader(&file).read()));
 }
 
 // A plain start asks for the local password, one with an argument for the terminal password.

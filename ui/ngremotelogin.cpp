@@ -4,10 +4,10 @@
 
 #include "ui_ngremotelogin.h"
 
-#include "base/guardedfile.h"
 #include "config/logincfg.h"
+#include "desktop/keyboard.h"
+#include "desktop/picture.h"
 #include "tav3/desktop.h"
-#include "desktop/capslock.h"
 
 #include <QDebug>
 #include <QKeyEvent>
@@ -98,10 +98,11 @@ void ngremotelogin::SetUpWindow()
 
 void ngremotelogin::ShowBackground()
 {
+    // Opened before the style sheet does, which would wait on a FIFO of that name, and read a picture of any size.
     QFile picture(QString::fromLatin1(BackgroundPicture));
-    // Opened once, so that the style sheet never waits on a FIFO of that name.
-    if (access(BackgroundPicture, F_OK) != 0 || !OpenGuarded(picture, GuardedMode::Read))
+    if (access(BackgroundPicture, F_OK) != 0 || !OpenPicture(picture))
         return;
+    setProperty("onPicture", true);
     setStyleSheet(styleSheet() + QStringLiteral("\nQDialog{background-image:url(/tmp/config/files/login.jpg);}"));
     ui->userimage->hide();
 }
@@ -125,6 +126,7 @@ void ngremotelogin::PrepareFields()
     ui->lblMessage->hide();
     ui->leDomain->setStyleSheet(QStringLiteral("background-color: white; color: #404040; "));
     ui->leDomain->setText(cfg->remoteDomain);
+    ui->leDomain->setCursorPosition(0); // a long one is shown from its beginning
     ui->leUser->setFocus(Qt::OtherFocusReason);
     ui->leUser->setStyleSheet(QStringLiteral("background-color: white"));
     loginAccepted = false;

@@ -7,6 +7,7 @@
 #include <memory>
 
 class LoginCfg;
+class QMessageBox;
 class QTimer;
 
 namespace Ui {
@@ -24,6 +25,8 @@ public:
     ~ngremotelogin() override;
 
     void reject() override; // never closes the dialog
+
+    QStringList errorTable; // LoginCfg's entries up to the empty one; kept, not read again
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
@@ -52,6 +55,7 @@ private:
     void PrepareFields();
     void StartTimers();
 
+    static void CloseWhatIsAbove();
     void EnterLoginMode();
     void EnterUnlockMode();
     void EnterChangeUserMode();
@@ -65,6 +69,7 @@ private:
     void OnAccepted();
     void OnRefused();
     void ShowRefusal();
+    void Explain(QMessageBox& box) const;
     void ShowTooltip();
     void hideTooltip(); // deliberately not a slot
     void AskForShutdown();
@@ -72,7 +77,6 @@ private:
     std::unique_ptr<Ui::ngremotelogin> ui;
     LoginCfg* cfg; // never deleted here
     int failedAttempts = 0;
-    QStringList errorTable;            // kept, not read again
     QTimer* tickTimer = nullptr;       // no parent, lives as long as the process
     QTimer* changeUserTimer = nullptr; // only in change-user mode
     QTimer* capsTimer = nullptr;
@@ -80,7 +84,8 @@ private:
     int exitCountdown = 0;
     bool loginAccepted = false;
     bool changeUserMode = false;
-    bool unlockMode = false; // set with every mode, read nowhere
+    bool unlockMode = false;
+    QString savedUser; // whom unlock mode lets in, whatever the field holds
     bool debugEnabled = false;
     bool checkRunning = false; // CheckRemoteLogin() has not returned, its question and dialog included
 };

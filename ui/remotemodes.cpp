@@ -8,7 +8,9 @@
 
 #include "config/logincfg.h"
 
+#include <QApplication>
 #include <QTimer>
+#include <QToolTip>
 
 namespace {
 
@@ -19,8 +21,19 @@ constexpr int ChangeUserMs = 30000; // without an edit
 
 } // namespace
 
+// What is open above the dialog could still act on a field that belongs to another mode now, as a field's menu does.
+void ngremotelogin::CloseWhatIsAbove()
+{
+    while (QWidget* popup = QApplication::activePopupWidget()) {
+        if (!popup->close())
+            break;
+    }
+    QToolTip::hideText();
+}
+
 void ngremotelogin::EnterLoginMode()
 {
+    CloseWhatIsAbove();
     changeUserMode = false;
     unlockMode = false;
     resize(width(), LoginHeight);
@@ -38,10 +51,13 @@ void ngremotelogin::EnterLoginMode()
 
 void ngremotelogin::EnterUnlockMode()
 {
+    CloseWhatIsAbove();
     resize(width(), UnlockHeight);
     changeUserMode = false;
     unlockMode = true;
-    ui->leUser->setText(cfg->LoadSavedUserName());
+    savedUser = cfg->LoadSavedUserName();
+    ui->leUser->setText(savedUser);
+    ui->leUser->setCursorPosition(0); // a long name is shown from its beginning
     ui->leUser->setReadOnly(true);
     ui->lePwd->clear();
     ui->lePwd->setFocus(Qt::OtherFocusReason);
@@ -58,6 +74,7 @@ void ngremotelogin::EnterUnlockMode()
 
 void ngremotelogin::EnterChangeUserMode()
 {
+    CloseWhatIsAbove();
     resize(width(), ChangeUserHeight);
     changeUserMode = true;
     unlockMode = false;

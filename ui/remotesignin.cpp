@@ -7,11 +7,13 @@
 
 #include "base/childprocess.h"
 #include "config/logincfg.h"
+#include "desktop/blockingcheck.h"
 #include "tav3/desktop.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QDebug>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QMessageBox>
 #include <QTimer>
 #include <cstdlib>
@@ -22,6 +24,12 @@ namespace {
 constexpr int CheckTickMs = 100;
 constexpr int CountdownTickMs = 5;
 constexpr int MaxFailures = 2; // the next one ends the process
+
+// The sentences of the login chain are translated only where they are shown: logs and tables keep them in English.
+QString Translated(const QString& sentence)
+{
+    return QCoreApplication::translate("LoginCfg", sentence.toUtf8().constData());
+}
 
 } // namespace
 
@@ -70,10 +78,13 @@ void ngremotelogin::SignIn()
     loginAccepted = false;
     tickTimer->start(CheckTickMs);
     PaintNow();
-    if (ui->lePwd->text().isEmpty() || ui->leUser->text().isEmpty())
+    if (unlockMode)
+        ui->leUser->setText(savedUser); // should anything have got past the read-only field
+    const QString user = unlockMode ? savedUser : ui->leUser->text(); // the field cuts a long one
+    if (ui->lePwd->text().isEmpty() || user.isEmpty())
         qDebug() << "Either password or username are empty"; // the directory refuses it
     checkRunning = true;
-    const bool ok = cfg->CheckRemoteLogin(ui->leUser->text(), ui->lePwd->text());
+    const bool ok = cfg->CheckRemoteLogin(user, ui->lePwd->text());
     checkRunning = false;
     qDebug() << "CheckRemoteLogin returned " << ok;
     if (ok)
@@ -113,8 +124,9 @@ void ngremotelogin::ShowRefusal()
 {
     QMessageBox box;
     box.setTextFormat(Qt::PlainText);
-    // The sentences of the login chain are translated only here: logs and tables keep them in English.
-    box.setText(QCoreApplication::translate("LoginCfg", cfg->resultMessage.toUtf8().constData()));
+    box.setText(Translated(cfg->resultMessage));
+    if (cfg->resultMessage.isEmpty())
+        Explain(box);
     if (cfg->passwordChanged) {
         box.setWindowTitle(tr("Password Changed"));
         --failedAttempts;
@@ -124,6 +136,18 @@ void ngremotelogin::ShowRefusal()
     }
     TavDesktop::SetDefaultStyleSheet(&box);
     box.exec();
+}
+
+// An empty sentence stays empty; what can be said about it stands below.
+void ngremotelogin::Explain(QMessageBox& box) const
+{
+    QStringList lines{Translated(cfg->explanation)};
+    if (!cfg->complaint.isEmpty())
+        lines += cfg->complaint;
+    box.setInformativeText(lines.join(QLatin1Char('\n')));
+    // The box's own format holds for its first text only.
+    for (QLabel* label : box.findChildren<QLabel*>())
+        label->setTextFormat(Qt::PlainText);
 }
 
 void ngremotelogin::onTimeout()
@@ -146,16 +170,19 @@ void ngremotelogin::keyPressEvent(QKeyEvent* event)
         AskForShutdown();
 }
 
-// Hidden while the terminal's own prompt is up, and back when that has ended.
+// Hidden while the terminal's own prompt is up, and back unchanged when that has ended.
 void ngremotelogin::AskForShutdown()
 {
     hide();
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents); // or it stays on the screen meanwhile
-    const ChildProcess prompt(new QProcess);
-    prompt->setProcessChannelMode(QProcess::ForwardedChannels);
-    ChildOutput none;
-    RunChild(*prompt, QStringLiteral("wshutdown"), QStringList(), 0, -1, none); // missing or failing: we come back
-    show();
+    RunBlocking([] {
+        const ChildProcess prompt(new QProcess);
+        prompt->setProcessChannelMode(QProcess::ForwardedChannels);
+        ChildOutput none;
+        RunChild(*prompt, QStringLiteral("wshutdown"), QStringList(), 0, -1, none); // missing or failing: we come back
+    });
+    QWidget::setVisible(true);           // past QDialog, which would select what is in the field
+    QApplication::setActiveWindow(this); // no window manager may be there to say so
 }
 
 bool ngremotelogin::eventFilter(QObject* object, QEvent* event)

@@ -106,8 +106,6 @@ void SetPassword::on_pushButton_clicked()
     m_handler = LdapHandler::GetInstance(ui->leServer->text(), ui->leUserName->text(), ui->leOldPassword->text());
     connect(m_handler, SIGNAL(ProcessFinihsed()), SLOT(OnPwdChangeComplete())); // one more with every click
     const QString refusal = m_handler->ChangePassword(newPassword);
-    if (refusal.isEmpty() && !m_handler->m_startRefused)
-        m_ownChild = true;
     qDebug() << refusal; // shown nowhere else; the dialog stays for another try
 }
 
@@ -115,9 +113,10 @@ void SetPassword::OnPwdChangeComplete()
 {
     qDebug() << "OnPwdChangeComplete";
     m_handlerMessages = m_handler->m_messages;
-    // The child of an earlier dialog may end while this one waits: that is no success of ours.
-    m_success = m_handler->m_stdErr.isEmpty() && m_ownChild;
-    m_message = m_success ? m_handler->m_stdOut : tr("Failed to change password");
+    // The child may be of an earlier click or dialog: what it did need not be what was asked for last.
+    m_success = m_handler->RanAsAsked();
+    m_message
+        = m_success ? m_handler->m_stdOut : QStringLiteral(QT_TRANSLATE_NOOP("LoginCfg", "Failed to change password"));
     qDebug() << "OnPwdChangeComplete" << m_message;
     setResult(Accepted); // whatever the outcome
     close();

@@ -24,20 +24,14 @@ public:
     void SetUserName(const QString& userName); // empties the old password, so call it first
     void SetOldPassword(const QString& oldPassword);
 
-private:
     std::unique_ptr<Ui::SetPassword> ui;
     QStringList m_handlerMessages; // what the handler had to say when the change ended; kept for the caller
-
-public:
-    QString m_message; // text for the user when the change failed; what the tool said when it succeeded
-
-private:
+    QString m_message;             // English sentence when the change failed; what the tool said when it succeeded
     QString m_server;
     QString m_userName;
     QString m_oldPassword;
-
-public:
     bool m_success = false;
+    LdapHandler* m_handler = nullptr; // not owned; set by the first click
 
 protected:
     bool event(QEvent* event) override;
@@ -60,7 +54,4 @@ private slots:
 
 private:
     void ShowMatch(bool match);
-
-    LdapHandler* m_handler = nullptr; // not owned; set by the first click
-    bool m_ownChild = false;          // a child that this dialog asked for has been started
 };

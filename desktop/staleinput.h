@@ -1,0 +1,26 @@
+// SPDX-FileCopyrightText: 2026 The qorm-login authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QElapsedTimer>
+#include <QObject>
+
+class QInputEvent;
+
+// Drops what was typed and clicked while the program was blocked and could not say so: nobody meant it for what has
+// come up since. Tells it by the X server's own times. Filters the events of the application.
+class StaleInput : public QObject {
+public:
+    explicit StaleInput(QObject* application);
+
+    // Drops what the server saw up to `serverTime`, in ms, 32 bits that wrap around after 49 days.
+    void DropUntil(quint32 serverTime);
+
+    bool eventFilter(QObject* object, QEvent* event) override;
+
+private:
+    bool IsStale(const QInputEvent* event) const;
+
+    QElapsedTimer m_sinceDrop; // invalid until the first one
+    quint32 m_dropUntil = 0;
+};
