@@ -52,11 +52,10 @@ bool SinglePress::eventFilter(QObject* object, QEvent* event)
     case QEvent::KeyRelease:
         m_held.remove(static_cast<QKeyEvent*>(event)->nativeScanCode());
         break;
-    case QEvent::KeyPress:
-        if (!IsRepeat(static_cast<QKeyEvent*>(event)))
-            break;
-        event->accept();
-        return true;
+    case QEvent::KeyPress: // on its way to the widgets, which get it one after the other
+        if (object->isWindowType() && IsRepeat(static_cast<QKeyEvent*>(event)))
+            return true;
+        break;
     case QEvent::MouseButtonDblClick:
         if (qobject_cast<QAbstractButton*>(object))
             return true;
@@ -67,7 +66,7 @@ bool SinglePress::eventFilter(QObject* object, QEvent* event)
     return QObject::eventFilter(object, event);
 }
 
-// One event passes here for each object that gets it, and has one time.
+// Another filter may send a copy of the event, which has its time.
 bool SinglePress::IsRepeat(const QKeyEvent* press)
 {
     const quint32 code = press->nativeScanCode(); // 0: not from the server

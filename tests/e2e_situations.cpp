@@ -166,6 +166,7 @@ private slots:
         m_start = {};
         m_user.clear();
         m_idlePointer.clear();
+        m_ringPixels = -1;
         for (const QString& tool : m_tools)
             InstallTool(tool);
         if (!m_desktop)
@@ -327,6 +328,18 @@ private:
         return CountPixels(rule.match(sheet).captured(1).toUInt(nullptr, 16));
     }
 
+    // The ring around what has the focus, in the accent colour of the default style sheet, as does the default button.
+    // The first time it is remembered, after what a slow machine may still paint.
+    bool HasRing()
+    {
+        const auto pixels = [] { return CountPixels(0xb54708); };
+        if (m_ringPixels < 0) {
+            QTest::qWait(NeverMs);
+            m_ringPixels = pixels();
+        }
+        return Eventually([&] { return pixels() == m_ringPixels; });
+    }
+
     bool LooksIdle()
     {
         if (m_idlePointer.isEmpty())
@@ -463,6 +476,7 @@ private:
         {"paste", [this](Text text) { return Paste(text); }},
         {"saves", [this](Text text) { return m_user = UserOf(text), true; }},
         {"see", [this](Text text) { return Sees(text); }},
+        {"ring", [this](Text) { return HasRing(); }},
         {"busy", [this](Text) { return Eventually([&] { return LooksBusy(); }); }},
         {"idle", [this](Text) { return Eventually([&] { return LooksIdle(); }); }},
         {"stays", [](Text text) { return !Within(NeverMs, [&] { return FocusedTitle() != Spaced(text); }); }},
@@ -500,6 +514,7 @@ private:
     QStringList m_user; // the name and password to be found in the saved files
     QMap<QString, QByteArray> m_traitsBefore;
     QByteArray m_idlePointer;
+    qint64 m_ringPixels = -1;
     time_t m_beginning = 0;
     int m_limitMs = 0;
     QString m_lastSignal;

@@ -67,6 +67,7 @@ private:
     void PaintNow();
     void SignIn();
     void OnAccepted();
+    static void LeaveHandOver();
     void OnRefused();
     void ShowRefusal();
     void Explain(QMessageBox& box) const;

@@ -6,6 +6,7 @@
 #include "ui_ngremotelogin.h"
 
 #include "base/childprocess.h"
+#include "base/guardedfile.h"
 #include "config/logincfg.h"
 #include "desktop/blockingcheck.h"
 #include "tav3/desktop.h"
@@ -95,12 +96,20 @@ void ngremotelogin::SignIn()
 
 void ngremotelogin::OnAccepted()
 {
-    if (changeUserMode) // the next start completes the hand-over; its result can't be helped here
-        std::ignore = system("mv /tmp/.user /tmp/.newuser; mv /tmp/.user.1 /tmp/.newuser.1");
+    if (changeUserMode)
+        LeaveHandOver();
     tickTimer->stop();
     loginAccepted = true;
     ShowMessage(tr("Logging in"));
     tickTimer->start(CountdownTickMs);
+}
+
+// The next start completes it. What an earlier one left over must not become half of this one.
+void ngremotelogin::LeaveHandOver()
+{
+    RemoveOwn(QStringLiteral("/tmp/.newuser"));
+    RemoveOwn(QStringLiteral("/tmp/.newuser.1"));
+    std::ignore = system("mv /tmp/.user /tmp/.newuser; mv /tmp/.user.1 /tmp/.newuser.1"); // can't be helped here
 }
 
 void ngremotelogin::OnRefused()
