@@ -21,6 +21,16 @@ quint64 NumberBehind(QLatin1String name, QString line)
     return line.remove(name + QLatin1Char(':')).trimmed().toULongLong();
 }
 
+// The line that begins at `first`, as a whole: the client folds a long one at 78 columns and begins the rest with one
+// blank (LDIF, RFC 2849).
+QString Unfolded(const QStringList& lines, int first)
+{
+    QString line = lines.at(first);
+    for (int i = first + 1; i < lines.size() && lines.at(i).startsWith(QLatin1Char(' ')); ++i)
+        line += lines.at(i).midRef(1);
+    return line;
+}
+
 } // namespace
 
 // A time before 1970 wraps around to a huge number; intended.
@@ -29,24 +39,13 @@ quint64 EpochDays(quint64 ticks)
     return (ticks / TicksPerSecond - EpochOffsetSeconds) / SecondsPerDay;
 }
 
-// The client folds a long line at 78 columns and begins the rest with one blank (LDIF, RFC 2849). An empty line ends an
-// entry: nothing belongs to it.
-QStringList Unfold(const QStringList& lines)
-{
-    QStringList whole;
-    for (const QString& line : lines) {
-        if (line.startsWith(QLatin1Char(' ')) && !whole.isEmpty() && !whole.last().isEmpty())
-            whole.last() += line.midRef(1);
-        else
-            whole += line;
-    }
-    return whole;
-}
-
 NamingContext ParseNamingContext(const QStringList& lines)
 {
     const QLatin1String name("namingContexts:");
-    for (const QString& line : Unfold(lines)) {
+    for (int i = 0; i < lines.size(); ++i) {
+        if (!lines.at(i).startsWith(name))
+            continue;
+        const QString line = Unfolded(lines, i);
         if (!line.startsWith(name + QStringLiteral(" DC=")) || line.contains(QLatin1String("DnsZones")))
             continue;
         const QString baseDn = line.mid(name.size());

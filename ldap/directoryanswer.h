@@ -15,9 +15,6 @@ struct NamingContext {
 // The first naming context of a domain in the root entry; both texts are empty when there is none.
 NamingContext ParseNamingContext(const QStringList& lines);
 
-// The lines with those that the client folded put together again.
-QStringList Unfold(const QStringList& lines);
-
 // Whole days since 1970-01-01 UTC, 0 for an attribute that the directory did not send.
 struct PasswordDates {
     quint64 today = 0;

@@ -18,6 +18,7 @@
 #include "ui/setpassword.h"
 
 #include <QApplication>
+#include <QContextMenuEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -58,12 +59,14 @@ void LogIn(LoginCfg& cfg, const char* user)
     cfg.loggedIn = false; // not looked up yet
 }
 
+// A link, as the terminal's configuration makes one.
 void UsePicture()
 {
     QImage picture(400, 500, QImage::Format_RGB32);
     picture.fill(PictureColour);
-    ShellIn(QStringLiteral("/tmp"), QStringLiteral("mkdir -p config/files"));
-    QVERIFY(picture.save(BackgroundPicture));
+    ShellIn(QStringLiteral("/tmp"),
+            QStringLiteral("mkdir -p config/files; ln -sf /tmp/picture.jpg config/files/login.jpg"));
+    QVERIFY(picture.save(QStringLiteral("/tmp/picture.jpg")));
 }
 
 // Takes steps, between blanks: "field=text" enters a text; others press Escape, click a button or call a slot.
@@ -76,6 +79,10 @@ void Do(QWidget& window, const QString& steps)
             QTest::keyClicks(field, step.section(QLatin1Char('='), 1));
         } else if (auto* button = Find<QPushButton>(window, name)) {
             button->click();
+        } else if (name == "menu") {
+            QContextMenuEvent request(QContextMenuEvent::Keyboard, QPoint());
+            QCoreApplication::sendEvent(Find<QLineEdit>(window, "leUser"), &request);
+            QVERIFY(QApplication::activePopupWidget());
         } else if (name == "Escape") {
             QTest::keyClick(&window, Qt::Key_Escape);
         } else {
@@ -156,15 +163,17 @@ private slots:
     void RemoteDialog()
     {
         m_tools.InstallExpiringDirectory();
-        if (Flag("refused"))
-            m_tools.InstallDirectory("namingContexts: DC=d\n",
-                                     "ldap_bind: Invalid credentials (49)\n\tadditional info: x, data 533, v1\n");
+        if (!Text("refused").isEmpty())
+            m_tools.InstallDirectory("namingContexts: DC=d\n", Text("refused").toUtf8());
+        m_cfg.serverType = Text("kind");
         LogIn(m_cfg, Flag("logged in") ? "fine" : "");
         ngremotelogin dialog(&m_cfg);
         dialog.show();
         QString said;
         OnBox(dialog, [&](const QMessageBox& box) {
-            said = box.windowTitle() + QStringLiteral(": ") + box.text() + box.informativeText();
+            said = box.windowTitle() + QStringLiteral(": ");
+            for (const auto* label : box.findChildren<QLabel*>())
+                said += label->textFormat() == Qt::PlainText ? label->text() : QString();
             Do(dialog, Text("steps at the box"));
         });
         Do(dialog, Text("steps"));
@@ -184,6 +193,11 @@ private slots:
             {"Tab order", TabOrder(dialog)}};
         for (const auto& [column, value] : expected)
             QCOMPARE(value, Text(column));
+        QVERIFY(!QApplication::activePopupWidget());
+        const QStringList users = Joined(m_tools.Calls(QStringLiteral("ldapsearch"))).split(QLatin1Char('|'));
+        QVERIFY(!users.contains(QStringLiteral("(sAMAccountName=other)")));
+        QCOMPARE(dialog.errorTable.size(), 13); // without the empty one that ends the list
+        m_cfg.serverType = QStringLiteral("LDAP");
     }
 
     void ChangeUserEndsThirtySecondsAfterAnEdit()
@@ -306,6 +320,15 @@ private slots:
         QCOMPARE(pixels.pixelColor(edge).name(), QStringLiteral("#505050"));
         QCOMPARE(pixels.pixelColor(2, 2).name(), PictureColour.name());
         QVERIFY(!Find<QLabel>(dialog, "userimage")->isVisible());
+    }
+
+    void HugePictureIsNotShown()
+    {
+        ShellIn(QStringLiteral("/tmp"), QStringLiteral("mkdir -p config/files"));
+        for (const int width : {3300, 3301}) {
+            WriteFile(BackgroundPicture, QByteArray("P6 ") + QByteArray::number(width) + " 10000 255\n");
+            QVERIFY(ngremotelogin(&m_cfg).styleSheet().contains(BackgroundPicture) == (width == 3300));
+        }
     }
 
     // Each blink repaints the field.

@@ -65,12 +65,12 @@ void Registry(const QByteArray& bytes)
 
 void NamingContexts(const QByteArray& bytes)
 {
-    const QStringList whole = Unfold(Lines(bytes));
-    Require(Unfold(whole) == whole, "nothing is left to unfold");
+    const QStringList lines = Lines(bytes);
+    const NamingContext context = ParseNamingContext(lines);
     static const QRegularExpression lineThatGoesOn(QStringLiteral("(.{78})(?=.)"));
-    const QString folded = Joined(whole, '\n').replace(lineThatGoesOn, QStringLiteral("\\1\n "));
-    Require(Unfold(folded.split(QLatin1Char('\n'))) == whole, "a folded line is put together again");
-    const NamingContext context = ParseNamingContext(whole);
+    const QString folded = Joined(lines, '\n').replace(lineThatGoesOn, QStringLiteral("\\1\n "));
+    Require(ParseNamingContext(folded.split(QLatin1Char('\n'))).baseDn == context.baseDn,
+            "a folded line is put together again");
     static const QRegularExpression domains(QStringLiteral("^( DC=(?!.*DnsZones).*)?$"));
     Require(domains.match(context.baseDn).hasMatch(), "it is a domain's, and no DNS zone's");
     Require(context.baseDn.isEmpty() == context.domain.isEmpty(), "both texts or none");
