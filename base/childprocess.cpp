@@ -31,7 +31,7 @@ bool ForkFailed(const QProcess& process)
 }
 
 bool RunChild(QProcess& process, const QString& program, const QStringList& arguments, int startTimeoutMs,
-              int finishTimeoutMs, ChildOutput& output)
+              int finishTimeoutMs, ChildOutput& output, const std::function<void()>& whileItRuns)
 {
     bool flooded = false;
     const auto collect = [&process, &output, &flooded] {
@@ -48,6 +48,8 @@ bool RunChild(QProcess& process, const QString& program, const QStringList& argu
     if (!ForkFailed(process)) {
         if (startTimeoutMs > 0)
             process.waitForStarted(startTimeoutMs); // a failed start shows in the next wait
+        if (whileItRuns)
+            whileItRuns();
         finished = process.waitForFinished(finishTimeoutMs);
     }
     QObject::disconnect(outputConnection);

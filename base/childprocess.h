@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <QProcess>
+#include <functional>
 #include <memory>
 
 // When fork() fails, QProcess (Qt 5.15) can hold process id -1, and its destructor would then send SIGKILL to every
@@ -28,9 +29,10 @@ QString TextOf(const QByteArray& bytes);
 // Starts `program`, looked up through the search path, and waits at most `startTimeoutMs` for the start (0: no wait of
 // its own) and `finishTimeoutMs` for the end (-1: no limit), spinning no events. The caller has set channels and
 // environment of `process`. What the child wrote is left in `output`.
+// `whileItRuns` is called once the child has been started, for work that has to be done anyway.
 // True when the child ran and ended by itself; false when it was never started, ran out of time or flooded us.
 bool RunChild(QProcess& process, const QString& program, const QStringList& arguments, int startTimeoutMs,
-              int finishTimeoutMs, ChildOutput& output);
+              int finishTimeoutMs, ChildOutput& output, const std::function<void()>& whileItRuns = nullptr);
 
 // Whether the last start of `process` failed already at fork(); nothing may be asked of such an object.
 bool ForkFailed(const QProcess& process);

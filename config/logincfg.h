@@ -7,6 +7,7 @@
 
 class LdapHandler;
 class TavXmlConfig;
+class UserHashes;
 
 // How the terminal wants people to log in, and the state of a remote login. The configuration is read once, at
 // construction. Used on the GUI thread only. Failures of file writes and child scripts are silent by design: a login
@@ -86,6 +87,7 @@ private:
     void ReadXmlStore(const TavXmlConfig& xml);
     void ReadRegistryStore();
     void SplitServers();
+    static void SaveUserFiles(UserHashes& user, const QString& domain);
 
     bool UserWantsToChange();
     void RunSetPassword(const QString& server, const QString& user, const QString& password);

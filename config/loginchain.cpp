@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "config/logincfg.h"
 
+#include "config/support.h"
 #include "desktop/blockingcheck.h"
 #include "ldap/ldaphandler.h"
 #include "tav3/desktop.h"
@@ -58,7 +59,10 @@ int LoginCfg::LoginToLdapServer(const QString& server, const QString& user, cons
     LdapHandler* handler = LdapHandler::GetInstance(server, user, password);
     handler->m_useLdaps = useLdaps;
     handler->m_useConfiguredProtocol = true;
+    UserHashes hashes(user, password); // made while the directory thinks, for nothing when it refuses
+    handler->m_whileClientRuns = [&hashes] { hashes.MakeNext(); };
     const bool queryOk = RunBlockingCheck([handler] { return handler->CheckPassword(); });
+    handler->m_whileClientRuns = nullptr;
     resultMessage.clear();
     daysToExpiry = 0;
     const int code = CheckLdapResponse(queryOk, handler);
@@ -67,7 +71,7 @@ int LoginCfg::LoginToLdapServer(const QString& server, const QString& user, cons
         RunSetPassword(server, user, password); // the user logs in again in either case
     } else if (queryOk) {
         qDebug() << "Saving Name and Password";
-        SaveUserFiles(user, password, remoteDomain);
+        SaveUserFiles(hashes, remoteDomain);
         qDebug() << "Name and Password Saved";
         success = true;
     } else {

@@ -22,11 +22,16 @@ constexpr qint64 SavedUserMaxBytes = 65536;
 
 void LoginCfg::SaveUserFiles(const QString& name, const QString& password, const QString& domain)
 {
-    const QString nameHash = Hashed(name);
-    const QString passwordHash = Hashed(password);
-    const QString hashes = QStringLiteral("$U") + nameHash + QStringLiteral("\n$P") + passwordHash + QLatin1Char('\n');
-    ReplaceGuarded(QStringLiteral("/tmp/.user"), hashes.toLatin1());
-    const QStringList fields{Enciphered(name), Enciphered(password), Enciphered(domain)};
+    UserHashes hashes(name, password);
+    SaveUserFiles(hashes, domain);
+}
+
+void LoginCfg::SaveUserFiles(UserHashes& user, const QString& domain)
+{
+    const QString lines
+        = QStringLiteral("$U") + user.OfName() + QStringLiteral("\n$P") + user.OfPassword() + QLatin1Char('\n');
+    ReplaceGuarded(QStringLiteral("/tmp/.user"), lines.toLatin1());
+    const QStringList fields{Enciphered(user.Name()), Enciphered(user.Password()), Enciphered(domain)};
     ReplaceGuarded(SavedUserFile, (fields.join(Separator) + QLatin1Char('\n')).toLatin1());
 }
 

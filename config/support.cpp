@@ -40,3 +40,25 @@ QString Deciphered(const QString& text)
 {
     return Taken(rdp_decrypt(text.toLatin1().constData()));
 }
+
+void UserHashes::MakeNext()
+{
+    if (!m_nameHash)
+        OfName();
+    else
+        OfPassword();
+}
+
+QString UserHashes::OfName()
+{
+    if (!m_nameHash)
+        m_nameHash = Hashed(m_name);
+    return *m_nameHash;
+}
+
+QString UserHashes::OfPassword()
+{
+    if (!m_passwordHash)
+        m_passwordHash = Hashed(m_password);
+    return *m_passwordHash;
+}

@@ -97,7 +97,7 @@ QStringList LdapHandler::RunCommand(const QString& program, const QStringList& a
         qDebug() << Loggable(program, arguments) << label;
     process->setProcessEnvironment(ClientEnvironment());
     ChildOutput output;
-    if (!RunChild(*process, program, arguments, StartTimeoutMs, FinishTimeoutMs, output))
+    if (!RunChild(*process, program, arguments, StartTimeoutMs, FinishTimeoutMs, output, m_whileClientRuns))
         return {};
     const QString outputText = TextOf(output.standardOutput);
     WriteLog(label + QStringLiteral(" - SUCCESS"), outputText);

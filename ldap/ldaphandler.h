@@ -6,6 +6,7 @@
 #include <QObject>
 #include <QProcess>
 #include <QStringList>
+#include <functional>
 
 struct PasswordDates;
 
@@ -49,6 +50,10 @@ public:
     QString QueryNamingContext();
     // Whole days since 1970-01-01 UTC of a directory time; one before that wraps around to a huge number.
     static quint64 FileTimeToEpochDays(quint64 ticks);
+
+    // Work of the caller's that is done while a client of CheckPassword() runs, once for each; the handler only waits
+    // then.
+    std::function<void()> m_whileClientRuns;
 
     // Runs a tool to its end: its output lines, and its error lines in m_errorLines. An empty list, with m_errorLines
     // left as they were, when it could not be started or did not finish in time.

@@ -45,8 +45,7 @@ ngremotelogin::ngremotelogin(LoginCfg* configuration, QWidget* parent)
     debugEnabled = QFile::exists(QStringLiteral("/tmp/debug-login"));
     BuildForm();
     SetUpWindow();
-    ShowBackground();
-    StyleFields();
+    StyleDialog();
     const QString arguments = QCoreApplication::arguments().join(QLatin1Char(','));
     if (debugEnabled)
         qDebug() << "ngremotelogin" << arguments;
@@ -92,26 +91,31 @@ void ngremotelogin::SetUpWindow()
     ui->leDomain->setFrame(false);
     setWindowFlags(Qt::CustomizeWindowHint | Qt::WindowTitleHint);
     TavDesktop::InitWindowPosition(this);
-    TavDesktop::SetDefaultStyleSheet(this);
-    ensurePolished(); // before it is polished, Qt would ignore what is appended below
 }
 
-void ngremotelogin::ShowBackground()
+// The default sheet comes by way of another widget, so that the dialog gets the whole at once: every sheet polishes all
+// of its children anew.
+void ngremotelogin::StyleDialog()
 {
-    // Opened before the style sheet does, which would wait on a FIFO of that name, and read a picture of any size.
+    QDialog bare;
+    TavDesktop::SetDefaultStyleSheet(&bare);
+    QString sheet = bare.styleSheet();
+    if (HasBackground()) {
+        sheet += QStringLiteral("\nQDialog{background-image:url(/tmp/config/files/login.jpg);}");
+        setProperty("onPicture", true); // the sheet looks for it
+        ui->userimage->hide();
+    }
+    sheet += QStringLiteral("\nQLineEdit { border: 1px solid #505050; border-radius: 4px; padding: 0 8px; "
+                            "background: white;         selection-background-color: darkgray;}");
+    setStyleSheet(sheet);
+    ensurePolished(); // or what an earlier dialog left in the style's caches would count
+}
+
+// Opened before the style sheet does, which would wait on a FIFO of that name, and read a picture of any size.
+bool ngremotelogin::HasBackground()
+{
     QFile picture(QString::fromLatin1(BackgroundPicture));
-    if (access(BackgroundPicture, F_OK) != 0 || !OpenPicture(picture))
-        return;
-    setProperty("onPicture", true);
-    setStyleSheet(styleSheet() + QStringLiteral("\nQDialog{background-image:url(/tmp/config/files/login.jpg);}"));
-    ui->userimage->hide();
-}
-
-void ngremotelogin::StyleFields()
-{
-    setStyleSheet(styleSheet()
-                  + QStringLiteral("\nQLineEdit { border: 1px solid #505050; border-radius: 4px; padding: 0 8px; "
-                                   "background: white;         selection-background-color: darkgray;}"));
+    return access(BackgroundPicture, F_OK) == 0 && OpenPicture(picture);
 }
 
 void ngremotelogin::CopyErrorTable()

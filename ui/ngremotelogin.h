@@ -49,8 +49,8 @@ private:
     void BuildForm();
     void SharpenPictures();
     void SetUpWindow();
-    void ShowBackground();
-    void StyleFields();
+    void StyleDialog();
+    static bool HasBackground();
     void CopyErrorTable();
     void PrepareFields();
     void StartTimers();
