@@ -4,6 +4,7 @@
 #include "app/modeselection.h"
 #include "base/hardening.h"
 #include "config/logincfg.h"
+#include "desktop/fonts.h"
 #include "desktop/maskedfields.h"
 #include "desktop/nobusofourown.h"
 #include "desktop/plainstyle.h"
@@ -78,6 +79,7 @@ int main(int argc, char** argv)
     QCoreApplication::setAttribute(Qt::AA_ForceRasterWidgets);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QApplication::setStyle(new PlainStyle); // owned by the application
+    LoadFontConfiguration();
     auto noBus = std::make_unique<NoBusOfOurOwn>();
     QApplication app(argc, argv);
     noBus.reset();
