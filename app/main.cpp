@@ -78,6 +78,8 @@ int main(int argc, char** argv)
     // No OpenGL: loading it would more than double the time to the first frame.
     QCoreApplication::setAttribute(Qt::AA_ForceRasterWidgets);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    // Whatever desktop the session's variables name: its theme would be loaded, and could change the order of buttons.
+    QApplication::setDesktopSettingsAware(false);
     QApplication::setStyle(new PlainStyle); // owned by the application
     LoadFontConfiguration();
     auto noBus = std::make_unique<NoBusOfOurOwn>();
