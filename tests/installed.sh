@@ -1,0 +1,13 @@
+#!/bin/sh
+# SPDX-FileCopyrightText: 2026 The qorm-login authors
+# SPDX-License-Identifier: MIT
+#
+# tests/installed.sh BUILD_DIR
+#   Fails unless the programs start from a folder that they were installed into, with no help to find their library.
+set -eu
+prefix=$(mktemp -d)
+trap 'rm -rf "$prefix"' EXIT
+unset LD_LIBRARY_PATH
+cmake --install "$1" --prefix "$prefix" > /dev/null
+echo Lantern | "$prefix/bin/tavctl" hash
+TAV3_CONFIG_DIR=$prefix "$prefix/bin/qorm-login" # nothing is configured, so it lets in
