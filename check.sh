@@ -3,7 +3,8 @@
 # SPDX-License-Identifier: MIT
 #
 # ./check.sh [format | lint | test | sanitize | memory | fuzz | pictures | bench] [ARGUMENT]...
-#   What the contributors use; without an argument: lint, test, sanitize. CONTRIBUTING.md says what each does.
+#   What the contributors use; without an argument: lint, test, sanitize. CONTRIBUTING.md says what each does. A step
+#   installs what it needs.
 set -euo pipefail
 cd "$(dirname "$0")"
 
@@ -13,7 +14,10 @@ scripts() { git ls-files | while IFS= read -r file; do
     if [ -f "$file" ] && head -c 32 "$file" | grep -qE '^#!/bin/(ba)?sh'; then printf '%s\n' "$file"; fi
 done; }
 
-format() { sources | xargs clang-format -i; }
+format() {
+    lab/install clang-format git
+    sources | xargs clang-format -i
+}
 
 # The product only: the tests' sources are checked by the compiler's warnings.
 tidy() {
@@ -22,29 +26,38 @@ tidy() {
     cmake --build build-lint --parallel 2 --target gate_setpassword_autogen gate_screens_autogen gate_ldap_autogen \
         gate_app_autogen > /dev/null
     git ls-files 'app/*.cpp' 'base/*.cpp' 'config/*.cpp' 'ldap/*.cpp' 'tav3/*.cpp' 'tavctl/*.cpp' 'ui/*.cpp' |
-        xargs -P 2 -n 4 clang-tidy -p build-lint --quiet --extra-arg=-std=c++17
+        xargs -P "$(nproc)" -n 4 clang-tidy -p build-lint --quiet --extra-arg=-std=c++17 2>&1 |
+        sed '/^[0-9]* warnings\? generated\.$/d' # in the headers of others, and not shown
 }
 
 lint() {
+    lab/install
+    lab/install clang-format clang-tidy cppcheck git shellcheck
     sources | xargs clang-format --dry-run -Werror
     scripts | xargs shellcheck
     cppcheck --enable=warning,performance,portability --error-exitcode=1 --quiet --inline-suppr --library=qt \
         --suppress=unknownMacro -j 2 app base config ldap tav3 tavctl ui
     tidy
+    echo clean
 }
 
 # The preset leaves the signals of a crash to the program, whose contract they are. What the sanitizers say goes to files,
 # as many a situation is meant to fail.
 sanitize() {
+    local jobs
+    lab/install
+    jobs=$(nproc)
+    lab/sandbox --check || jobs=1
     cmake --preset asan
-    cmake --build --preset asan --parallel 2
+    cmake --build --preset asan --parallel "$(nproc)"
     rm -f build-asan/sanitizer.*
-    ctest --preset asan --parallel 2 --label-exclude lint
+    ctest --preset asan --parallel "$jobs" "$@"
     ! cat build-asan/sanitizer.* 2> /dev/null
 }
 
 # Every screen under valgrind; what it says is in build/valgrind-*.log.
 memory() {
+    lab/install valgrind
     lab/prepare e2e_situations
     rm -f build/valgrind-*.log
     export VALGRIND_OPTS="-q --leak-check=full --errors-for-leak-kinds=definite --show-leak-kinds=definite \
@@ -58,9 +71,9 @@ step=${1-}
 case $step in
     format | lint | sanitize | memory) "$step" "$@" ;;
     test) ./test.sh "$@" ;;
-    fuzz) tools/fuzz "$@" ;;
-    pictures) tools/make-pictures "$@" ;;
+    fuzz) lab/install && lab/install clang libclang-rt-dev && tools/fuzz "$@" ;;
+    pictures) lab/prepare && lab/install imagemagick optipng pngquant && tools/make-pictures "$@" ;;
     bench) ./bench.sh "$@" ;;
-    '') lint && ./test.sh --label-exclude lint && sanitize ;;
-    *) sed -n '5,6s/^# *//p' "$0" >&2; exit 2 ;;
+    '') lint; ./test.sh; sanitize "$@" ;;
+    *) sed -n '5,7s/^# *//p' "$0" >&2; exit 2 ;;
 esac
