@@ -35,7 +35,7 @@ Desktop::Desktop()
 {
     const QString screen = QStringLiteral("%1x%2x24").arg(ScreenWidth).arg(ScreenHeight);
     m_server.process.start(QStringLiteral("Xvfb"),
-                           Words("-displayfd 1 -noreset -nolisten tcp -ardelay 200 -arinterval 30 -screen 0")
+                           Words("-displayfd 1 -noreset -nolisten tcp -ardelay 700 -arinterval 30 -screen 0")
                                + QStringList{screen});
     if (!m_server.process.waitForReadyRead(WaitMs))
         qFatal("no X server");

@@ -31,7 +31,8 @@ public:
     QProcess process;
 };
 
-// An X server with nothing on it but what the test starts. A key that is held down repeats every 30 ms after 200 ms.
+// An X server with nothing on it but what the test starts. A key that is held down repeats every 30 ms after
+// 700 ms: sooner, and on a busy machine one that is only pressed could.
 class Desktop {
 public:
     Desktop();

@@ -3,6 +3,7 @@
 #include "tests/support/xview.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <memory>
 #include <X11/Xlib.h> // last: its macros break Qt's headers
 #include <X11/Xutil.h>
@@ -29,6 +30,16 @@ Window Focused(Display* display)
     return window == PointerRoot ? None : window;
 }
 
+// No channel differs by more than a 16th of its range.
+bool AreAlike(quint32 one, quint32 other)
+{
+    for (int shift = 0; shift < 24; shift += 8) {
+        if (std::abs(int(one >> shift & 0xff) - int(other >> shift & 0xff)) > 16)
+            return false;
+    }
+    return true;
+}
+
 } // namespace
 
 qint64 CountPixels(quint32 colour)
@@ -37,7 +48,8 @@ qint64 CountPixels(quint32 colour)
     XImage* grab = XGetImage(display.get(), DefaultRootWindow(display.get()), 0, 0, ScreenWidth, ScreenHeight, 0xffffff,
                              ZPixmap); // without what stands in the fourth byte
     const auto* pixels = reinterpret_cast<const quint32*>(grab->data);
-    const qint64 count = std::count(pixels, pixels + ScreenWidth * ScreenHeight, colour);
+    const qint64 count = std::count_if(pixels, pixels + ScreenWidth * ScreenHeight,
+                                       [colour](quint32 pixel) { return AreAlike(pixel, colour); });
     XDestroyImage(grab);
     return count;
 }

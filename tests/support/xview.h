@@ -8,7 +8,7 @@
 constexpr int ScreenWidth = 1280;
 constexpr int ScreenHeight = 800;
 
-// How much of it has the colour 0x00RRGGBB.
+// How much of it has about the colour 0x00RRGGBB: of thin letters hardly a pixel has it exactly.
 qint64 CountPixels(quint32 colour);
 // The picture of the pointer as it is shown now.
 QByteArray PointerPicture();
