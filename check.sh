@@ -24,8 +24,8 @@ tidy() {
     cmake -S . -B build-lint -DCMAKE_EXPORT_COMPILE_COMMANDS=ON -DBUILD_TESTING=OFF > /dev/null
     # What moc, uic and rcc generate must be there for clang-tidy to read the sources.
     cmake --build build-lint --parallel 2 --target gate_setpassword_autogen gate_screens_autogen gate_ldap_autogen \
-        gate_app_autogen > /dev/null
-    git ls-files 'app/*.cpp' 'base/*.cpp' 'config/*.cpp' 'ldap/*.cpp' 'tav3/*.cpp' 'tavctl/*.cpp' 'ui/*.cpp' |
+        gate_app_autogen gate_desktop_autogen > /dev/null
+    git ls-files 'app/*.cpp' 'base/*.cpp' 'config/*.cpp' 'desktop/*.cpp' 'ldap/*.cpp' 'tav3/*.cpp' 'tavctl/*.cpp' 'ui/*.cpp' |
         xargs -P "$(nproc)" -n 4 clang-tidy -p build-lint --quiet --extra-arg=-std=c++17 2>&1 |
         sed '/^[0-9]* warnings\? generated\.$/d' # in the headers of others, and not shown
 }
@@ -36,7 +36,7 @@ lint() {
     sources | xargs clang-format --dry-run -Werror
     scripts | xargs shellcheck
     cppcheck --enable=warning,performance,portability --error-exitcode=1 --quiet --inline-suppr --library=qt \
-        --suppress=unknownMacro -j 2 app base config ldap tav3 tavctl ui
+        --suppress=unknownMacro -j 2 app base config desktop ldap tav3 tavctl ui
     tidy
     echo clean
 }
