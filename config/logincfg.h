@@ -79,6 +79,7 @@ public:
     // directory's client said about it, if anything.
     QString explanation;
     QString complaint;
+    static const QString NoKnownReason; // the explanation of a refusal without a sub-code
 
     // Reads the configuration into the members and returns needAuthentication; the constructor calls it.
     bool ReadConfig();

@@ -20,8 +20,6 @@ constexpr qint64 NotAskedDays = 300000;
 // What the user is told where there is no sentence of a sub-code; translated where it is shown.
 const QString NoDirectory
     = QStringLiteral(QT_TRANSLATE_NOOP("LoginCfg", "This terminal is not set up to sign users in at a directory."));
-const QString NoKnownReason = QStringLiteral(
-    QT_TRANSLATE_NOOP("LoginCfg", "The directory refused the sign-in and gave no reason known to this terminal."));
 const QString NotChanged = QStringLiteral(QT_TRANSLATE_NOOP("LoginCfg", "The password was not changed."));
 
 enum ResponseCode { Accepted, ChangeRequired, ChangeChosen, Refused, AccountLocked, Unreachable };
@@ -33,6 +31,9 @@ QString Translated(const char* text)
 }
 
 } // namespace
+
+const QString LoginCfg::NoKnownReason = QStringLiteral(
+    QT_TRANSLATE_NOOP("LoginCfg", "The directory refused the sign-in and gave no reason known to this terminal."));
 
 bool LoginCfg::CheckRemoteLogin(const QString& user, const QString& password)
 {

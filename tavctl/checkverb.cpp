@@ -4,24 +4,13 @@
 
 #include "app/modeselection.h"
 #include "tavctl/findings.h"
+#include "tavctl/report.h"
+#include "tavctl/terminalconfig.h"
 
 #include <QFile>
+#include <unistd.h>
 
 namespace {
-
-QStringList s_warnings;
-
-// The gate's own lines stay out of the report; what it warns of while it reads belongs to it.
-void KeepWarning(QtMsgType type, const QMessageLogContext&, const QString& text)
-{
-    if (type == QtWarningMsg)
-        s_warnings += text;
-}
-
-void Print(const char* title, const QString& text)
-{
-    printf("%-15s%s\n", title, text.toUtf8().constData());
-}
 
 QString RemoteOutcome(const LoginCfg& cfg)
 {
@@ -61,21 +50,25 @@ QString Outcome(const QStringList& arguments, const LoginCfg& cfg)
 
 } // namespace
 
-int CheckConfiguration()
+void AddReader(const Request& request, const QString& user, Report& report)
 {
-    qunsetenv("QT_LOGGING_RULES"); // it could silence the warnings
-    qInstallMessageHandler(KeepWarning);
+    const bool isRootByDefault = geteuid() == 0 && request.user.isEmpty();
+    report.AddFact(QStringLiteral("looked as"),
+                   isRootByDefault ? user + QStringLiteral("; name the user that runs the gate with --user") : user);
+}
+
+int CheckConfiguration(const Request& request)
+{
     const TerminalConfig terminal;
-    QStringList findings = FindingsIn(terminal);
-    findings = s_warnings + findings;
-    findings.removeDuplicates(); // the file was read twice
-    Print("configuration",
-          terminal.path + QLatin1String(terminal.registryStore ? " (registry-style store)" : " (XML store)"));
-    Print("no argument", Outcome({}, terminal.cfg));
-    for (const char* argument : {"setup", "force", "x"})
-        Print(argument, Outcome({QLatin1String(argument)}, terminal.cfg));
-    puts(findings.isEmpty() ? "Nothing looks wrong." : "What looks wrong:");
-    for (const QString& finding : qAsConst(findings))
-        printf("- %s\n", finding.toUtf8().constData());
-    return findings.isEmpty() ? EXIT_SUCCESS : EXIT_FAILURE;
+    Report report("check");
+    AddReader(request, terminal.user, report);
+    const QLatin1String store(terminal.registryStore ? " (registry-style store)" : " (XML store)");
+    report.AddFact(QStringLiteral("configuration"), terminal.path + store);
+    report.AddFact(QStringLiteral("no argument"), Outcome({}, terminal.cfg));
+    for (const QString& argument : {QStringLiteral("setup"), QStringLiteral("force"), QStringLiteral("x")})
+        report.AddFact(argument, Outcome({argument}, terminal.cfg));
+    for (const auto find : {FindInFile, FindInForm, FindInPasswords, FindInDirectory, FindOnTerminal})
+        find(terminal, report);
+    report.Print(request.asJson);
+    return report.Status(request.isStrict);
 }

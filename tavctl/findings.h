@@ -2,22 +2,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "config/logincfg.h"
-#include "tav3/xmlconfig.h"
+class QString;
+class Report;
+struct TerminalConfig;
 
-// The configuration as the gate reads it, and where that is.
-struct TerminalConfig {
-    TerminalConfig();
-
-    // What a setting is called in the store in use.
-    QString Key(const char* xmlKey, const char* registryName) const;
-
-    LoginCfg cfg{true};
-    TavXmlConfig xml;
-    bool registryStore; // else the XML store
-    QString folder;
-    QString path; // of the file of the store in use
-};
-
-// What looks wrong, a sentence each. No stored password is quoted.
-QStringList FindingsIn(const TerminalConfig& terminal);
+// What looks wrong with a terminal, by subject.
+void FindInFile(const TerminalConfig& terminal, Report& report);      // is it there, for whom, and whose is it
+void FindInForm(const TerminalConfig& terminal, Report& report);      // elements that the gate does not read
+void FindInPasswords(const TerminalConfig& terminal, Report& report); // the local ones, as they are stored
+void FindInDirectory(const TerminalConfig& terminal, Report& report); // how it is to be asked
+void FindInClientSettings(const QString& user, Report& report);       // of ldapsearch, about certificates
+void FindOnTerminal(const TerminalConfig& terminal, Report& report);  // tools, and files that are in the way

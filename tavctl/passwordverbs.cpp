@@ -29,28 +29,10 @@ struct Line {
     }
 };
 
-// Returns the reason when there is no usable password, else null.
-const char* ReadPassword(QString& password)
-{
-    const bool typed = isatty(STDIN_FILENO) == 1;
-    Line line;
-    Line again;
-    if (!line.Read("Password: ", typed) || (typed && !again.Read("Password again: ", typed)))
-        return "no password could be read";
-    if (typed && strcmp(line.text, again.text) != 0)
-        return "the two passwords differ";
-    if (line.text[0] == '\0')
-        return "the password is empty";
-    if (strlen(line.text) == LineBytes - 1) // cut off
-        return "the password is too long";
-    password = QString::fromUtf8(line.text);
-    return password.contains(QChar::ReplacementCharacter) ? "the password is not UTF-8" : nullptr;
-}
-
 int Print(QString (*stored)(const QString&))
 {
     QString password;
-    if (const char* reason = ReadPassword(password))
+    if (const char* reason = ReadPassword(password, true))
         return Fail(reason);
     const QString text = stored(password);
     if (text.isEmpty())
@@ -68,12 +50,29 @@ QString HashedWithWarning(const QString& password)
 
 } // namespace
 
-int PrintHash()
+const char* ReadPassword(QString& password, bool twice)
+{
+    const bool typed = isatty(STDIN_FILENO) == 1;
+    Line line;
+    Line again;
+    if (!line.Read("Password: ", typed) || (twice && typed && !again.Read("Password again: ", typed)))
+        return "no password could be read";
+    if (twice && typed && strcmp(line.text, again.text) != 0)
+        return "the two passwords differ";
+    if (line.text[0] == '\0')
+        return "the password is empty";
+    if (strlen(line.text) == LineBytes - 1) // cut off
+        return "the password is too long";
+    password = QString::fromUtf8(line.text);
+    return password.contains(QChar::ReplacementCharacter) ? "the password is not UTF-8" : nullptr;
+}
+
+int PrintHash(const Request&)
 {
     return Print(HashedWithWarning);
 }
 
-int PrintObscured()
+int PrintObscured(const Request&)
 {
     return Print(TavStringBlur::Encode);
 }

@@ -15,15 +15,16 @@ constexpr qint64 MaxFileBytes = 65536;
 
 } // namespace
 
-int PrintSavedField(SavedField field)
+int PrintSavedField(const Request& request)
 {
+    const QStringList fields{QStringLiteral("user"), QStringLiteral("password"), QStringLiteral("domain")};
     QFile file(QStringLiteral("/tmp/.user.1"));
     if (!file.exists())
         return Fail("there is no saved user (/tmp/.user.1)");
     if (!OpenGuarded(file, GuardedMode::Read))
         return Fail("/tmp/.user.1 is refused: not a plain file of this user or of root, or not readable");
     const QString text = QString::fromLatin1(file.read(MaxFileBytes)).trimmed();
-    const QString enciphered = text.split(QStringLiteral(",00,")).value(static_cast<int>(field));
+    const QString enciphered = text.split(QStringLiteral(",00,")).value(fields.indexOf(request.operand));
     char* plain = rdp_decrypt(enciphered.toLatin1().constData());
     if (!plain)
         return Fail("/tmp/.user.1 can't be deciphered: damaged, or saved by another user or with another key");
