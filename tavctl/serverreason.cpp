@@ -15,6 +15,7 @@
 namespace {
 
 constexpr int ConnectTimeoutMs = 5000;
+const QString LimitInSeconds = QString::number(ConnectTimeoutMs / 1000);
 
 // An address of IPv6 stands in brackets in a configuration, as in a URI.
 QString HostOf(QString server)
@@ -63,11 +64,14 @@ QSslConfiguration ConfigurationOf(const ClientSettings& settings)
 void FindHandshakeReason(const QString& server, quint16 port, const QSslSocket& socket, Report& report)
 {
     const QString complaint = socket.errorString();
-    // A server without TLS hangs up, waits, or answers with something that OpenSSL takes for a version.
+    const bool isSilent = socket.error() == QAbstractSocket::SocketTimeoutError;
+    // A server without TLS hangs up, or answers with something that OpenSSL takes for a version.
     const bool isTls = socket.error() == QAbstractSocket::SslHandshakeFailedError
         && !complaint.contains(QLatin1String("wrong version number"));
+    const QString number = QString::number(port);
+    report.Find("port-silent", {server, number, LimitInSeconds}, isSilent);
     report.Find("old-protocol", {server, complaint}, isTls);
-    report.Find("no-tls", {server, QString::number(port), complaint}, !isTls);
+    report.Find("no-tls", {server, number, complaint}, !isTls && !isSilent);
 }
 
 void FindCertificateReason(const QString& server, const QSslError& error, const QSslCertificate& certificate,
@@ -119,7 +123,7 @@ bool FindNetworkReason(const QString& server, quint16 port, Report& report)
         report.Find("port-refused", {server, number});
         break;
     case QAbstractSocket::SocketTimeoutError:
-        report.Find("port-silent", {server, number, QString::number(ConnectTimeoutMs / 1000)});
+        report.Find("port-silent", {server, number, LimitInSeconds});
         break;
     default:
         report.Find("not-reachable", {server, socket.errorString()});

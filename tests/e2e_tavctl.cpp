@@ -1,0 +1,171 @@
+// SPDX-FileCopyrightText: 2026 The qorm-login authors
+// SPDX-License-Identifier: MIT
+// tavctl probe and login against the real domain controller, with what can be wrong around it.
+#include "tests/support/gatedriver.h"
+#include "tests/support/table.h"
+#include "tests/support/testsupport.h"
+
+#include <QDir>
+#include <QRegularExpression>
+#include <QTest>
+#include <csignal>
+
+namespace {
+
+const QString Program = QStringLiteral(BUILD_DIR "/bin/tavctl");
+const QString Tls = QStringLiteral("/tmp/dc/private/tls");
+
+struct Result {
+    int status;
+    QString output;
+};
+
+Result RunTavctl(const QStringList& wrapper, const QStringList& words, const QByteArray& input = {})
+{
+    QStringList command = wrapper;
+    command << Program << words;
+    QProcess process;
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.start(command.takeFirst(), command);
+    process.write(input);
+    process.closeWriteChannel();
+    const bool ended = process.waitForFinished(3 * WaitMs) && process.exitStatus() == QProcess::NormalExit;
+    return {ended ? process.exitCode() : -1, QString::fromUtf8(process.readAll())};
+}
+
+QStringList WordsIn(const char* column)
+{
+    return Text(column).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+}
+
+// The codes of the findings, in their order.
+QString CodesIn(const QString& report)
+{
+    static const QRegularExpression code(QStringLiteral("\\[([a-z-]+)\\]\n"));
+    QStringList codes;
+    for (auto match = code.globalMatch(report); match.hasNext();)
+        codes += match.next().captured(1);
+    return codes.join(QLatin1Char(' '));
+}
+
+Configuration ConfigurationFor(const QString& servers, const QString& type)
+{
+    return Configuration({{QStringLiteral("enableremoteauth"), QStringLiteral("true")},
+                          {QStringLiteral("remoteauthserver"), servers},
+                          {QStringLiteral("remoteauthtype"), type},
+                          {QStringLiteral("remoteauthdomain"), QStringLiteral("example.org")}});
+}
+
+} // namespace
+
+class Tavctl : public QObject {
+    Q_OBJECT
+private slots:
+    void initTestCase()
+    {
+        qputenv("HOME", QFile::encodeName(m_home.path()));
+        qunsetenv("LDAPTLS_CACERT");
+        Run(QStringLiteral(PROJECT_DIR "/lab/certificate"),
+            {m_home.filePath(QStringLiteral("stranger")), QStringLiteral("dc1.example.org")});
+    }
+
+    void Probe_data() { LoadTable("tavctl-directory.tsv"); }
+
+    void Probe()
+    {
+        SetUpServer(Text("certificate"), Text("server"));
+        SetUpClient(Text("client"));
+        if (!SetUpSamba(Text("samba")))
+            QSKIP("smb.conf is the machine's own here");
+        const Configuration configuration = ConfigurationFor(QStringLiteral("dc1.example.org"), Text("type"));
+        const auto [status, output]
+            = RunTavctl(WordsIn("wrapper"), QStringList(QStringLiteral("probe")) + WordsIn("words"));
+        QVERIFY2(output.contains(Text("part of the report")), qPrintable(output));
+        QCOMPARE(CodesIn(output), Text("findings"));
+        QCOMPARE(status, output.contains(QLatin1String("- error: ")) ? 1 : 0);
+        QVERIFY(!QFile::exists(QStringLiteral("/tmp/AdPwdTest.log")));
+    }
+
+    void ProbeOfADirectoryThatHangs()
+    {
+        SetUpServer({}, {});
+        SetUpClient({});
+        const Configuration configuration
+            = ConfigurationFor(QStringLiteral("dc1.example.org"), QStringLiteral("LDAPS"));
+        const auto directory = static_cast<pid_t>(FileText(QStringLiteral("/tmp/dc/pid")).toInt());
+        QVERIFY(directory > 0 && kill(directory, SIGSTOP) == 0);
+        const auto [status, output] = RunTavctl({}, {QStringLiteral("probe")});
+        kill(directory, SIGCONT);
+        QCOMPARE(CodesIn(output), QStringLiteral("port-silent"));
+        QCOMPARE(status, 1);
+    }
+
+    void Login_data() { LoadTable("tavctl-directory.tsv"); }
+
+    void Login()
+    {
+        CleanTerminal();
+        SetUpServer({}, {});
+        SetUpClient({});
+        FakeTools tools;
+        tools.InstallScript(QStringLiteral("send_event.sh"), {});
+        const Configuration configuration = ConfigurationFor(Text("servers"), QStringLiteral("LDAPS"));
+        const QStringList before = QDir(QStringLiteral("/tmp")).entryList(QDir::AllEntries | QDir::Hidden);
+        const auto [status, output]
+            = RunTavctl({}, {QStringLiteral("login"), Text("user")}, Text("password").toUtf8() + '\n');
+        for (const QString& part : Text("parts of the report").split(QLatin1Char('|')))
+            QVERIFY2(output.contains(part), qPrintable(output));
+        QCOMPARE(QString::number(status), Text("status"));
+        QVERIFY(output.endsWith(QLatin1String("Nothing was saved, no event was sent, no window was opened.\n")));
+        QVERIFY(!output.contains(Text("password")));
+        QCOMPARE(QDir(QStringLiteral("/tmp")).entryList(QDir::AllEntries | QDir::Hidden), before);
+        QVERIFY(tools.Calls(QStringLiteral("send_event.sh")).isEmpty());
+    }
+
+private:
+    // Restarts the directory with another certificate ("NAME TIME", as lab/certificate takes them) or other settings;
+    // without a name it gets a good one.
+    void SetUpServer(const QString& certificate, const QString& settings)
+    {
+        const QString wanted = certificate + QLatin1Char('|') + settings;
+        if (wanted == m_server)
+            return;
+        m_directory.Tell(QStringLiteral("stop"));
+        const QStringList name = certificate.isEmpty() ? QStringList(QStringLiteral("dc1.example.org"))
+                                                       : certificate.split(QLatin1Char(' '));
+        Run(QStringLiteral(PROJECT_DIR "/lab/certificate"), QStringList(Tls) + name);
+        WriteFile(QStringLiteral("/tmp/dc/more.conf"), settings.toUtf8());
+        m_directory.Tell(QStringLiteral("start"));
+        m_server = wanted;
+    }
+
+    // The lines of .ldaprc behind the one that names the right CA.
+    void SetUpClient(const QString& lines)
+    {
+        WriteFile(m_home.filePath(QStringLiteral(".ldaprc")),
+                  "TLS_CACERT " + Tls.toUtf8() + "/ca.pem\n"
+                      + QString(lines).replace(QStringLiteral("{home}"), m_home.path()).toUtf8() + '\n');
+        // A policy of the whole system, for the rows that name it.
+        WriteFile(QStringLiteral("/tmp/gnutls.conf"),
+                  "[overrides]\ndisabled-version = tls1.0\ndisabled-version = tls1.1\n");
+    }
+
+    // False where the file is the machine's own and would have to be another one.
+    static bool SetUpSamba(const QString& lines)
+    {
+        const QString path = QStringLiteral("/etc/samba/smb.conf");
+        if (qgetenv("GATE_SANDBOX") != "namespaces")
+            return lines.isEmpty();
+        QFile::remove(path);
+        if (!lines.isEmpty())
+            WriteFile(path, "[global]\n" + lines.toUtf8() + '\n');
+        return true;
+    }
+
+    DomainController m_directory;
+    QTemporaryDir m_home;
+    QString m_server;
+};
+
+QTEST_GUILESS_MAIN(Tavctl)
+#include "e2e_tavctl.moc"
