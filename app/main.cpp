@@ -11,6 +11,7 @@
 #include "desktop/restingcaret.h"
 #include "desktop/singleline.h"
 #include "desktop/singlepress.h"
+#include "desktop/staleinput.h"
 #include "desktop/translations.h"
 #include "desktop/windowactivator.h"
 #include "ui/loginwindow.h"
@@ -61,6 +62,8 @@ void SetUpDesktop(QApplication& application)
     new WindowActivator(&application);
     new RestingCaret(&application, CaretRestMs);
     new SingleLine(&application);
+    // The last filter installed sees an event first: a press that is dropped as stale is still known to be held.
+    StaleInput::Instance();
     new SinglePress(&application);
 }
 

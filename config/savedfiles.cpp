@@ -18,6 +18,12 @@ const QString Separator = QStringLiteral(",00,");
 // A line that holds three enciphered fields is far shorter.
 constexpr qint64 SavedUserMaxBytes = 65536;
 
+QString SavedName()
+{
+    const QString text = QString::fromLatin1(ReadGuarded(SavedUserFile, SavedUserMaxBytes));
+    return Deciphered(text.split(Separator).first());
+}
+
 } // namespace
 
 void LoginCfg::SaveUserFiles(const QString& name, const QString& password, const QString& domain)
@@ -30,8 +36,10 @@ void LoginCfg::SaveUserFiles(UserHashes& user, const QString& domain)
 {
     const QString lines
         = QStringLiteral("$U") + user.OfName() + QStringLiteral("\n$P") + user.OfPassword() + QLatin1Char('\n');
-    ReplaceGuarded(QStringLiteral("/tmp/.user"), lines.toLatin1());
     const QStringList fields{Enciphered(user.Name()), Enciphered(user.Password()), Enciphered(domain)};
+    if (SavedName() != user.Name())
+        RemoveOwn(SavedUserFile); // should we end between the two, no file of another user stands beside the new one
+    ReplaceGuarded(QStringLiteral("/tmp/.user"), lines.toLatin1());
     ReplaceGuarded(SavedUserFile, (fields.join(Separator) + QLatin1Char('\n')).toLatin1());
 }
 
@@ -39,8 +47,7 @@ QString LoginCfg::LoadSavedUserName() const
 {
     if (!loggedIn)
         return {};
-    const QString text = QString::fromLatin1(ReadGuarded(SavedUserFile, SavedUserMaxBytes));
-    return Deciphered(text.split(Separator).first());
+    return SavedName();
 }
 
 void LoginCfg::WriteLoginLog(const QString& text)

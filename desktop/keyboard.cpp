@@ -19,6 +19,11 @@ bool CapsLockOn()
         && (indicators & CapsLockIndicator) != 0;
 }
 
+quint32 ServerTime()
+{
+    return QX11Info::isPlatformX11() ? static_cast<quint32>(QX11Info::getTimestamp()) : 0;
+}
+
 std::bitset<KeyCodes> KeysDown()
 {
     std::bitset<KeyCodes> keys;

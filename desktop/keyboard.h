@@ -2,11 +2,16 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QtGlobal>
 #include <bitset>
 
 // The keyboard as the X server has it now; without an X display caps lock is off and no key is down.
 
 bool CapsLockOn();
+
+// The X server's time in ms, 32 bits that wrap around after 49 days, after all that was sent before; 0 without a
+// server.
+quint32 ServerTime();
 
 // The keys that are held down, by their X key codes.
 constexpr std::size_t KeyCodes = 256;

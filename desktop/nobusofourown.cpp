@@ -3,8 +3,8 @@
 #include "desktop/nobusofourown.h"
 
 #include <QAccessible>
-#include <QFile>
-#include <cstdlib>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -14,20 +14,26 @@ const char AddressVariable[] = "DBUS_SESSION_BUS_ADDRESS";
 bool HasUserBus()
 {
     const QByteArray folder = qgetenv("XDG_RUNTIME_DIR");
-    return !folder.isEmpty() && QFile::exists(QFile::decodeName(folder) + QStringLiteral("/bus"));
+    struct stat info { };
+    return !folder.isEmpty() && stat((folder + "/bus").constData(), &info) == 0 && S_ISSOCK(info.st_mode)
+        && info.st_uid == getuid();
 }
 
 } // namespace
 
-NoBusOfOurOwn::NoBusOfOurOwn()
+NoBusOfOurOwn::NoBusOfOurOwn() : m_wasSet(qEnvironmentVariableIsSet(AddressVariable))
 {
-    m_isSet = !getenv(AddressVariable) && !HasUserBus() && setenv(AddressVariable, "disabled:", 0) == 0;
+    if (qEnvironmentVariableIsEmpty(AddressVariable) && !HasUserBus())
+        m_isDisabled = qputenv(AddressVariable, "disabled:");
 }
 
 NoBusOfOurOwn::~NoBusOfOurOwn()
 {
-    if (!m_isSet)
+    if (!m_isDisabled)
         return;
     QAccessible::isActive(); // the bridge asks for the bus at its first use; this is it
-    unsetenv(AddressVariable);
+    if (m_wasSet)
+        qputenv(AddressVariable, "");
+    else
+        qunsetenv(AddressVariable);
 }

@@ -13,5 +13,6 @@ public:
     NoBusOfOurOwn& operator=(const NoBusOfOurOwn&) = delete;
 
 private:
-    bool m_isSet = false;
+    const bool m_wasSet; // to an empty text, which counts as none
+    bool m_isDisabled = false;
 };

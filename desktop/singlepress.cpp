@@ -24,6 +24,13 @@ bool StartsSomething(int key)
     }
 }
 
+bool IsOnButton(const QMouseEvent* event)
+{
+    return qobject_cast<QAbstractButton*>(QApplication::widgetAt(event->globalPos())) != nullptr;
+}
+
+SinglePress* s_instance = nullptr;
+
 bool IsWindow(const QObject* object)
 {
     return object->isWidgetType() && static_cast<const QWidget*>(object)->isWindow();
@@ -34,12 +41,25 @@ bool IsWindow(const QObject* object)
 SinglePress::SinglePress(QObject* application) : QObject(application)
 {
     LetHeldKeysSendNoReleases();
+    s_instance = this;
+    HoldKeysDown();
+    application->installEventFilter(this);
+}
+
+SinglePress::~SinglePress()
+{
+    s_instance = nullptr;
+}
+
+void SinglePress::HoldKeysDown()
+{
+    if (!s_instance)
+        return;
     const auto down = KeysDown();
     for (quint32 code = 0; code < KeyCodes; ++code) {
         if (down[code])
-            m_held.insert(code, 0);
+            s_instance->m_held.insert(code, {});
     }
-    application->installEventFilter(this);
 }
 
 bool SinglePress::eventFilter(QObject* object, QEvent* event)
@@ -47,7 +67,11 @@ bool SinglePress::eventFilter(QObject* object, QEvent* event)
     switch (event->type()) {
     case QEvent::WindowActivate:
         if (IsWindow(object)) // its children hear of it too
-            ForgetKeysLetGo();
+            NoteKeysLetGo();
+        break;
+    case QEvent::FocusIn: // can come later than that
+        if (object->isWindowType())
+            NoteKeysLetGo();
         break;
     case QEvent::KeyRelease:
         m_held.remove(static_cast<QKeyEvent*>(event)->nativeScanCode());
@@ -56,8 +80,8 @@ bool SinglePress::eventFilter(QObject* object, QEvent* event)
         if (object->isWindowType() && IsRepeat(static_cast<QKeyEvent*>(event)))
             return true;
         break;
-    case QEvent::MouseButtonDblClick:
-        if (qobject_cast<QAbstractButton*>(object))
+    case QEvent::MouseButtonDblClick: // before a widget gets the focus by it
+        if (object->isWindowType() && IsOnButton(static_cast<QMouseEvent*>(event)))
             return true;
         break;
     default:
@@ -67,19 +91,27 @@ bool SinglePress::eventFilter(QObject* object, QEvent* event)
 }
 
 // Another filter may send a copy of the event, which has its time.
-bool SinglePress::IsRepeat(const QKeyEvent* press)
+bool SinglePress::IsRepeat(const QKeyEvent* event)
 {
-    const quint32 code = press->nativeScanCode(); // 0: not from the server
-    if (code != 0 && !m_held.contains(code))
-        m_held.insert(code, press->timestamp());
-    const bool isHeld = code != 0 && m_held.value(code) != press->timestamp();
-    return (isHeld || press->isAutoRepeat()) && StartsSomething(press->key());
+    const quint32 code = event->nativeScanCode(); // 0: not from the server
+    const auto time = static_cast<quint32>(event->timestamp());
+    const auto press = m_held.find(code);
+    const bool isFirst = press == m_held.end() || (press->letGo != 0 && static_cast<qint32>(time - press->letGo) > 0);
+    if (code != 0 && isFirst)
+        m_held.insert(code, {event->timestamp(), 0});
+    const bool isRepeat = code != 0 && !isFirst && press->pressed != event->timestamp();
+    return (isRepeat || event->isAutoRepeat()) && StartsSomething(event->key());
 }
 
-// The releases went elsewhere while no window of ours was active.
-void SinglePress::ForgetKeysLetGo()
+// The releases went elsewhere while no window of ours was active. Presses from before may still be on their way.
+void SinglePress::NoteKeysLetGo()
 {
+    if (m_held.isEmpty())
+        return;
     const auto down = KeysDown();
-    for (auto key = m_held.begin(); key != m_held.end();)
-        key = down[key.key() % KeyCodes] ? std::next(key) : m_held.erase(key);
+    const quint32 now = ServerTime();
+    for (auto key = m_held.begin(); key != m_held.end(); ++key) {
+        if (!down[key.key() % KeyCodes] && key->letGo == 0)
+            key->letGo = now;
+    }
 }

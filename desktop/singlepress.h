@@ -14,12 +14,21 @@ class QKeyEvent;
 class SinglePress : public QObject {
 public:
     explicit SinglePress(QObject* application);
+    ~SinglePress() override;
+
+    // Counts every key that is down now as held, as after a time in which presses were lost or are not to count.
+    static void HoldKeysDown();
 
     bool eventFilter(QObject* object, QEvent* event) override;
 
 private:
-    bool IsRepeat(const QKeyEvent* press);
-    void ForgetKeysLetGo();
+    struct Press {
+        ulong pressed = 0; // the server's times in ms; 0 when it was not seen
+        quint32 letGo = 0; // when the key was found to be up, 0 before
+    };
 
-    QMap<quint32, ulong> m_held; // X key codes, and the server's time of the press in ms
+    bool IsRepeat(const QKeyEvent* event);
+    void NoteKeysLetGo();
+
+    QMap<quint32, Press> m_held; // by X key code
 };

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "desktop/staleinput.h"
 
+#include <QCoreApplication>
 #include <QInputEvent>
 
 namespace {
@@ -24,9 +25,15 @@ bool IsInput(const QEvent* event)
 
 } // namespace
 
-StaleInput::StaleInput(QObject* application) : QObject(application)
+StaleInput* StaleInput::Instance()
 {
-    application->installEventFilter(this);
+    static auto* instance = new StaleInput; // child of the application
+    return instance;
+}
+
+StaleInput::StaleInput() : QObject(qApp)
+{
+    qApp->installEventFilter(this);
 }
 
 void StaleInput::DropUntil(quint32 serverTime)

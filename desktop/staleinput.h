@@ -11,7 +11,8 @@ class QInputEvent;
 // come up since. Tells it by the X server's own times. Filters the events of the application.
 class StaleInput : public QObject {
 public:
-    explicit StaleInput(QObject* application);
+    // The one of this process, made at the first call.
+    static StaleInput* Instance();
 
     // Drops what the server saw up to `serverTime`, in ms, 32 bits that wrap around after 49 days.
     void DropUntil(quint32 serverTime);
@@ -19,6 +20,7 @@ public:
     bool eventFilter(QObject* object, QEvent* event) override;
 
 private:
+    StaleInput();
     bool IsStale(const QInputEvent* event) const;
 
     QElapsedTimer m_sinceDrop; // invalid until the first one

@@ -29,8 +29,14 @@ QString LdapHandler::s_logFile = QStringLiteral("/tmp/AdPwdTest.log");
 namespace {
 
 constexpr int FinishTimeoutMs = 10000;
-// A third of 1 MiB, as a character takes at most 3 bytes in the file for each of its 16-bit units here.
+// A third of the limit in bytes, as a character takes at most 3 in the file for each of its 16-bit units here.
 constexpr int MaxAuditChars = MaxChildOutputBytes / 3;
+
+// Damaged text grows: each byte that is none of UTF-8 becomes a character of three.
+QString ForAudit(const QString& text)
+{
+    return text.toLocal8Bit().size() <= MaxChildOutputBytes ? text : text.left(MaxAuditChars);
+}
 
 // The client's environment, with a search base that counts as not set: a line BASE in its ldap.conf would make it look
 // for the root entry there.
@@ -128,8 +134,7 @@ void LdapHandler::WriteLog(const QString& title, const QString& text)
     if (!OpenGuarded(file, GuardedMode::Append))
         return;
     QTextStream stream(&file);
-    stream << QDateTime::currentDateTime().toString(Qt::TextDate) << " --- " << title << "\n"
-           << text.leftRef(MaxAuditChars) << "\n";
+    stream << QDateTime::currentDateTime().toString(Qt::TextDate) << " --- " << title << "\n" << ForAudit(text) << "\n";
     stream.flush();
     file.close();
 }

@@ -59,6 +59,7 @@ private:
     void EnterLoginMode();
     void EnterUnlockMode();
     void EnterChangeUserMode();
+    void ShowSavedUser();
     void RestartChangeUserTimer();
     bool MayChangeMode() const;
 

@@ -56,8 +56,7 @@ void ngremotelogin::EnterUnlockMode()
     changeUserMode = false;
     unlockMode = true;
     savedUser = cfg->LoadSavedUserName();
-    ui->leUser->setText(savedUser);
-    ui->leUser->setCursorPosition(0); // a long name is shown from its beginning
+    ShowSavedUser();
     ui->leUser->setReadOnly(true);
     ui->lePwd->clear();
     ui->lePwd->setFocus(Qt::OtherFocusReason);
@@ -93,6 +92,12 @@ void ngremotelogin::EnterChangeUserMode()
     connect(changeUserTimer, SIGNAL(timeout()), SLOT(onCuTimeout()));
     changeUserTimer->setInterval(ChangeUserMs);
     changeUserTimer->start();
+}
+
+void ngremotelogin::ShowSavedUser()
+{
+    ui->leUser->setText(savedUser);
+    ui->leUser->setCursorPosition(0); // a long name is shown from its beginning
 }
 
 // No way of changing the mode may act in the middle of a login or after a good one: the exit status would be that of

@@ -80,7 +80,7 @@ void ngremotelogin::SignIn()
     tickTimer->start(CheckTickMs);
     PaintNow();
     if (unlockMode)
-        ui->leUser->setText(savedUser); // should anything have got past the read-only field
+        ShowSavedUser(); // should anything have got past the read-only field
     const QString user = unlockMode ? savedUser : ui->leUser->text(); // the field cuts a long one
     if (ui->lePwd->text().isEmpty() || user.isEmpty())
         qDebug() << "Either password or username are empty"; // the directory refuses it
