@@ -1,0 +1,326 @@
+// SPDX-FileCopyrightText: 2026 The qorm-login authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QMap>
+#include <QStringList>
+
+inline QString operator""_s(const char16_t* text, size_t size)
+{
+    return QString::fromUtf16(text, int(size));
+}
+
+// The terminal of a session, and its directory: that accepts alice and bob, and what it answers is in the password.
+struct Terminal {
+    QString argument;    // "force": the remote dialog; otherwise the local window
+    QString savedUser;   // whose session is up; empty for none
+    QStringList servers; // those named "dead..." don't answer
+};
+
+// What a person in front of the terminal expects of it, input by input: the window in front and all that is in it, the
+// commands that were run, the saved users, and the exit status. Names are those of objects, or texts where there are
+// none.
+class SessionModel {
+public:
+    explicit SessionModel(const Terminal& terminal) : m_terminal(terminal), m_windows{Window()}
+    {
+        const QStringList order{u"lePasswordEntry"_s, u"OK"_s, u"Cancel"_s};
+        if (terminal.argument == u"force"_s)
+            Enter(terminal.savedUser.isEmpty() ? Mode::Login : Mode::Unlock);
+        else
+            Screen() = {u"Login"_s, {}, order.mid(0, terminal.argument.isEmpty() ? 2 : 3), order[0], {{order[0], {}}}};
+        m_saved = terminal.savedUser.isEmpty() ? QString() : terminal.savedUser + u"||"_s;
+    }
+
+    // Inputs; keys by their names in X, however long they are held.
+    void Type(const QString& text)
+    {
+        if (!IsField(Focus()) || FocusField().readOnly)
+            return;
+        FocusField() = {FocusField().selected ? text : FocusField().text + text};
+        OnEdited();
+    }
+
+    void Press(const QString& key)
+    {
+        const int step = key == u"Tab"_s ? 1 : key == u"shift+Tab"_s ? Order().size() - 1 : 0;
+        if (key == u"Escape"_s) {
+            Escape();
+        } else if (step != 0) {
+            SetFocus(Order().at((Order().indexOf(Focus()) + step) % Order().size()));
+            if (IsField(Focus()))
+                FocusField().selected = !FocusField().text.isEmpty();
+        } else if (key == u"Menu"_s) {
+            m_menuOpen = IsField(Focus());
+        } else if (key == u"BackSpace"_s) {
+            if (IsField(Focus()) && !FocusField().readOnly && !FocusField().text.isEmpty()) {
+                FocusField() = {FocusField().selected ? QString() : FocusField().text.chopped(1)};
+                OnEdited();
+            }
+        } else if (IsField(Focus())) { // Return; blanks are typed nowhere
+            Title() == u"Login"_s ? CheckLocally() : SignIn();
+        } else if (Title() != u"Login"_s || Focus() != u"Cancel"_s || key != u"Return"_s) { // which is dead there
+            Push(Focus());
+        }
+    }
+
+    void Click(const QString& name)
+    {
+        SetFocus(name);
+        if (!IsField(name))
+            Push(name);
+    }
+
+    void LetThirtySecondsPass()
+    {
+        if (IsChangingUser() && MayChangeMode())
+            Enter(Mode::Unlock);
+    }
+
+    // Of the window in front; and what else the session has left so far.
+    QString State() const
+    {
+        QStringList parts{Title(), m_windows.last().text, IsChecking() ? u"Verifying credentials"_s : QString()};
+        QStringList order = Order();
+        order.sort();
+        for (const QString& name : order) {
+            const Field field = m_windows.last().fields.value(name);
+            parts += IsField(name) ? name + u"="_s + field.text + (field.selected ? u"*"_s : QString()) : name;
+        }
+        parts += {u"focus "_s + Focus(), m_menuOpen ? u"menu"_s : QString()};
+        return parts.join(u';');
+    }
+
+    QString Traces() const
+    {
+        QStringList events = m_events;
+        events.sort(); // the program waits for none of them
+        return QStringList{QString::number(m_shutdowns), m_saved,           m_handedOver,
+                           m_binds.join(u' '),           events.join(u' '), m_changes.join(u' ')}
+            .join(u';');
+    }
+
+    QString Title() const { return m_windows.last().title; }
+    QStringList Order() const { return m_windows.last().order; } // of Tab
+    QString Focus() const { return m_windows.last().focus; }
+    bool IsField(const QString& name) const { return m_windows.last().fields.contains(name); }
+    bool IsMenuOpen() const { return m_menuOpen; }
+    bool IsChangingUser() const { return m_mode == Mode::ChangeUser; }
+    bool IsAccepted() const { return m_accepted; }
+    int Status() const { return m_status; } // -1 while the program runs
+
+    // Whether what is typed into the field with the focus will stand alone.
+    bool IsEmpty() const
+    {
+        const Field field = m_windows.last().fields.value(Focus());
+        return field.text.isEmpty() || field.selected;
+    }
+
+private:
+    struct Field {
+        QString text;
+        bool selected = false; // all of it
+        bool readOnly = false;
+    };
+    struct Window {
+        QString title;
+        QString text;
+        QStringList order;
+        QString focus;
+        QMap<QString, Field> fields;
+    };
+    enum class Mode { Local, Login, Unlock, ChangeUser };
+
+    Window& Screen() { return m_windows.first(); }
+    Field& FocusField() { return m_windows.last().fields[Focus()]; }
+    QString User() const { return m_windows.first().fields[u"leUser"_s].text; }
+    QString Password() const { return m_windows.first().fields[u"lePwd"_s].text; }
+    bool IsChecking() const { return Title() == u"Password Change?"_s || Title() == u"Password Change/Reset"_s; }
+    bool MayChangeMode() const { return !m_accepted && !IsChecking(); }
+
+    void SetFocus(const QString& name)
+    {
+        if (IsField(Focus()))
+            FocusField().selected = false;
+        m_windows.last().focus = name;
+    }
+
+    // The set-password dialog compares at once, and forgets another user's password.
+    void OnEdited()
+    {
+        auto& fields = m_windows.last().fields;
+        if (Focus() == u"leUserName"_s)
+            fields[u"leOldPassword"_s].text.clear();
+        if (Focus() == u"leNewPassword"_s || Focus() == u"leRetypePassword"_s)
+            m_windows.last().text = fields[u"leNewPassword"_s].text == fields[u"leRetypePassword"_s].text
+                ? QString()
+                : u"Password Mismatch"_s;
+    }
+
+    void Push(const QString& button)
+    {
+        if (button == u"Yes"_s || button == u"No"_s) {
+            m_windows.removeLast();
+            button == u"Yes"_s ? AskForNewPassword() : Accept();
+        } else if (IsChecking()) {
+            button == u"pushButton"_s ? ChangePassword()
+                                      : LeaveSetPassword(u"Cancel was selected, no change attempted"_s);
+        } else if (m_windows.size() > 1) {
+            CloseRefusal();
+        } else if (button == u"login"_s || button == u"Unlock"_s) {
+            SignIn();
+        } else if ((button == u"change"_s || button == u"cancel"_s) && MayChangeMode()) {
+            Enter(button == u"change"_s ? Mode::ChangeUser : Mode::Unlock);
+        } else if (button == u"OK"_s) {
+            CheckLocally();
+        } else {
+            m_status = button == u"logout"_s ? 7 : 1;
+        }
+    }
+
+    void Escape()
+    {
+        if (m_menuOpen)
+            m_menuOpen = false;
+        else if (IsChecking())
+            Order().contains(u"No"_s) ? Push(u"No"_s) : LeaveSetPassword({});
+        else if (m_windows.size() > 1)
+            CloseRefusal();
+        else if (IsChangingUser())
+            LetThirtySecondsPass();
+        else if (m_mode != Mode::Local && !m_accepted)
+            ++m_shutdowns;
+    }
+
+    void Enter(Mode mode)
+    {
+        const bool unlock = mode == Mode::Unlock;
+        QStringList order{u"leUser"_s, u"lePwd"_s};
+        order += unlock ? QStringList{u"Unlock"_s, u"change"_s, u"logout"_s} : QStringList{u"login"_s};
+        if (mode == Mode::ChangeUser)
+            order += u"cancel"_s;
+        const Field user{unlock ? m_terminal.savedUser : QString(), false, unlock};
+        Screen() = {u"User Authentication"_s, {}, order, order[unlock], {{order[0], user}, {order[1], {}}}};
+        m_mode = mode;
+        m_menuOpen = false;
+    }
+
+    void SignIn()
+    {
+        for (const QString& server : m_terminal.servers) {
+            m_server = server;
+            if (!server.startsWith(u"dead"_s))
+                return Answer();
+            m_events += u"sec02|"_s + User();
+        }
+        ShowBox(u"Authentication Error"_s, u"Could not contact LDAP server"_s);
+    }
+
+    void Answer()
+    {
+        const bool known = User() == u"alice"_s || User() == u"bob"_s;
+        m_binds += User() + u":"_s + Password();
+        if (known && Password() == u"good"_s)
+            return Accept();
+        if (known && Password() == u"soon"_s)
+            return ShowBox(
+                u"Password Change?"_s,
+                u" Your Password will expire in  3 day(s).\n\n Do you want to change your password now?  \n"_s,
+                {u"Yes"_s, u"No"_s});
+        if (Password() == u"must"_s)
+            return AskForNewPassword();
+        m_events += u"sec02|"_s + User();
+        const QMap<QString, QString> sentences{
+            {u"locked"_s, u"Your account is locked. Contact your system administrator"_s}, {u"mute"_s, {}}};
+        ShowBox(u"Authentication Error"_s, sentences.value(Password(), u"Invalid username or password"_s));
+    }
+
+    void Accept()
+    {
+        m_events += u"sec01|"_s + User();
+        m_accepted = true;
+        m_saved = User() + u"|"_s + Password() + u"|example.org"_s;
+        if (IsChangingUser())
+            m_handedOver = std::exchange(m_saved, {});
+        m_status = IsChangingUser() ? 8 : 0;
+    }
+
+    void ShowBox(const QString& title, const QString& text, const QStringList& buttons = {u"OK"_s})
+    {
+        m_windows += Window{title, text, buttons, buttons.first(), {}};
+    }
+
+    void AskForNewPassword()
+    {
+        const QStringList order{u"leNewPassword"_s, u"leRetypePassword"_s, u"pushButton"_s, u"leServer"_s,
+                                u"leUserName"_s,    u"leOldPassword"_s,    u"Cancel"_s};
+        ShowBox(u"Password Change/Reset"_s, u"The New Password field is empty"_s, order);
+        m_windows.last().fields
+            = {{order[0], {}}, {order[1], {}}, {order[3], {m_server}}, {order[4], {User()}}, {order[5], {Password()}}};
+    }
+
+    void ChangePassword()
+    {
+        const auto fields = m_windows.last().fields;
+        const QString password = fields[u"leNewPassword"_s].text;
+        if (password.isEmpty() || password != fields[u"leRetypePassword"_s].text) {
+            m_windows.last().text = u"The new and retyped password do not match"_s;
+        } else if (!fields[u"leServer"_s].text.isEmpty()) {
+            m_changes += QStringList{fields[u"leServer"_s].text, fields[u"leUserName"_s].text,
+                                     fields[u"leOldPassword"_s].text, password, password}
+                             .join(u':');
+            LeaveSetPassword(password == u"weak"_s ? u"Failed to change password"_s : QString(), true);
+        }
+    }
+
+    // With the reason why the password was not changed.
+    void LeaveSetPassword(const QString& reason, bool tried = false)
+    {
+        m_windows.removeLast();
+        m_events += u"sec02|"_s + User();
+        if (!tried || !reason.isEmpty())
+            return ShowBox(u"Authentication Error"_s, reason);
+        --m_failures;
+        Screen().fields[u"lePwd"_s] = {};
+        ShowBox(u"Password Changed"_s, u"Please log in with your new password"_s);
+    }
+
+    void CloseRefusal()
+    {
+        m_windows.removeLast();
+        if (m_mode == Mode::Local)
+            return SetFocus(u"lePasswordEntry"_s);
+        SetFocus(User().isEmpty() ? u"leUser"_s : u"lePwd"_s);
+        Screen().fields[u"lePwd"_s].selected = Focus() == u"lePwd"_s && !Password().isEmpty();
+        if (++m_failures > 2)
+            m_status = 6;
+    }
+
+    void CheckLocally()
+    {
+        Field& field = Screen().fields[u"lePasswordEntry"_s];
+        const bool right = field.text == u"local"_s;
+        m_events += (right ? u"sec02|"_s : u"sec01|"_s) + u"localuser"_s;
+        if (right) {
+            m_status = 0;
+        } else {
+            field = {};
+            ShowBox(u"Login Error"_s, u"Password is invalid"_s);
+        }
+    }
+
+    Terminal m_terminal;
+    Mode m_mode = Mode::Local;
+    QList<Window> m_windows; // the screen, and what is open above it
+    QString m_server;        // asked last
+    bool m_menuOpen = false;
+    bool m_accepted = false;
+    int m_failures = 0;
+    int m_status = -1;
+    QStringList m_binds;
+    QStringList m_events;
+    QStringList m_changes;
+    int m_shutdowns = 0;
+    QString m_saved;
+    QString m_handedOver;
+};
