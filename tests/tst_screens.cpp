@@ -307,6 +307,22 @@ private slots:
         ForEveryScreen(CheckContrastInEveryState);
     }
 
+    // Two of one length look the same.
+    void PasswordsCantBeRead()
+    {
+        ForEveryScreen([](QWidget& window) {
+            const auto look = [](QLineEdit* field, const char* password) {
+                field->setText(QLatin1String(password));
+                return field->grab().toImage();
+            };
+            for (const char* name :
+                 {"lePwd", "leOldPassword", "leNewPassword", "leRetypePassword", "lePasswordEntry"}) {
+                if (auto* field = Find<QLineEdit>(window, name))
+                    QVERIFY2(look(field, "iiiiii") == look(field, "WWWWWW"), name);
+            }
+        });
+    }
+
     // A style sheet that reads right can still have been ignored.
     void StyleIsPainted()
     {

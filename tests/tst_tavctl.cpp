@@ -185,7 +185,7 @@ private slots:
         InstallTools(tools, Text("tools"));
         for (const QString& file : {QStringLiteral("/tmp/.newuser"), QStringLiteral("/tmp/.newuser.1")}) {
             QFile::remove(file);
-            if (Flag("hand-over"))
+            if (Flag("hand-over") || (Text("hand-over") == QLatin1String("half") && !file.endsWith(QLatin1Char('1'))))
                 WriteFile(file, {});
         }
         const QString xml

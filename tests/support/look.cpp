@@ -22,7 +22,8 @@ QWidgetList Seen(QWidget& window)
     return seen.isEmpty() ? QWidgetList{&window} : seen;
 }
 
-// Whether it shows all of its text; a label without one, a picture. The lock is a picture of the terminal's own.
+// Whether it shows all of its text, which a button must have; a label without one, a picture. The lock is a picture of
+// the terminal's own.
 bool IsWhole(const QWidget* widget)
 {
     const auto* label = qobject_cast<const QLabel*>(widget);
@@ -30,6 +31,8 @@ bool IsWhole(const QWidget* widget)
         return !label->pixmap(Qt::ReturnByValue).isNull() || label->objectName() == QLatin1String("lIcon");
     if (label && label->wordWrap())
         return label->heightForWidth(label->width()) <= label->height();
+    if (qobject_cast<const QPushButton*>(widget) && widget->property("text").toString().isEmpty())
+        return false;
     const QSize needed = widget->property("text").toString().isEmpty() ? QSize() : widget->minimumSizeHint();
     return needed.boundedTo(widget->size()) == needed;
 }
