@@ -2,7 +2,7 @@
 # SPDX-FileCopyrightText: 2026 The qorm-login authors
 # SPDX-License-Identifier: MIT
 #
-# ./check.sh [format | lint | test | sanitize | memory | fuzz | pictures | bench] [ARGUMENT]...
+# ./check.sh [format | lint | test | sanitize | memory | fuzz | mutate | sessions | pictures | bench] [ARGUMENT]...
 #   What the contributors use; without an argument: lint, test, sanitize. CONTRIBUTING.md says what each does. A step
 #   installs what it needs.
 set -euo pipefail
@@ -66,11 +66,27 @@ memory() {
     TABLE=memory SHARD=0/1 QTEST_FUNCTION_TIMEOUT=600000 lab/sandbox build/tests/e2e_situations "$@"
 }
 
+# Random sessions beside their model: sessions [--minutes N] [--seed N]
+sessions() {
+    local minutes=10 seed=1
+    while [ $# -gt 1 ]; do
+        case $1 in
+            --minutes) minutes=$2 ;;
+            --seed) seed=$2 ;;
+        esac
+        shift 2
+    done
+    lab/prepare e2e_sessions
+    LC_ALL=C.UTF-8 QTEST_FUNCTION_TIMEOUT=2000000000 SESSIONS_MINUTES=$minutes SESSIONS_SEED=$seed \
+        lab/sandbox build/tests/e2e_sessions
+}
+
 step=${1-}
 [ $# -eq 0 ] || shift
 case $step in
-    format | lint | sanitize | memory) "$step" "$@" ;;
+    format | lint | sanitize | memory | sessions) "$step" "$@" ;;
     test) ./test.sh "$@" ;;
+    mutate) lab/prepare && tools/mutate "$@" ;;
     fuzz) lab/install && lab/install clang libclang-rt-dev && tools/fuzz "$@" ;;
     pictures) lab/prepare && lab/install imagemagick optipng pngquant && tools/make-pictures "$@" ;;
     bench) ./bench.sh "$@" ;;
