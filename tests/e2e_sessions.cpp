@@ -297,6 +297,8 @@ private:
             return choice < 50 && m_model.IsChangingUser() ? LetThirtySecondsPass() : Press(u"Escape"_s);
         if (title == u"Login"_s)
             return GiveLocally(choice);
+        if (inField && title == u"User Authentication"_s && Below(m_model.Order().contains(u"change"_s) ? 5 : 2) == 0)
+            return GoOn(focus);
         if (choice < 4 && m_model.IsChangingUser())
             return LetThirtySecondsPass();
         if (choice < 20)
@@ -305,7 +307,7 @@ private:
             return choice < 30 ? Hold(OneOf("Return space Escape")) : Press(OneOf("Return space Escape Tab"));
         if (choice < 24)
             return Press(u"Escape"_s);
-        if (choice < 32 && m_model.Order().contains(u"change"_s))
+        if (choice < 38 && m_model.Order().contains(u"change"_s))
             return Click(u"change"_s);
         if (choice < 45)
             return Press(OneOf("Tab Tab Tab shift+Tab BackSpace"));
@@ -319,7 +321,18 @@ private:
             return Press(u"Menu"_s);
         if (choice < 86 && ClicksTwice && m_model.Order().size() > 3)
             return Click(m_model.Order().at(3), 2);
-        Press(inField ? u"Return"_s : OneOf("Return space"));
+        if (inField)
+            return Press(m_model.IsEmpty() && choice < 97 ? u"Tab"_s : u"Return"_s); // few attempts with an empty field
+        Press(OneOf("Return space"));
+    }
+
+    // As somebody who just wants to sign in.
+    void GoOn(const QString& focus)
+    {
+        if (m_model.IsEmpty())
+            Type(WordFor(focus));
+        else
+            Press(focus == u"leUser"_s ? u"Tab"_s : u"Return"_s);
     }
 
     // An empty password is not tried: nothing tells when the window's short pause is over.
