@@ -38,7 +38,7 @@ constexpr int DoubleClickMs = 200;
 constexpr int HoldMs = 330; // in which a key repeats four times
 
 // Not yet: the second press moves the focus to the button that has come under the pointer, away from the name.
-constexpr bool ClicksTwice = false;
+constexpr bool ClicksTwice = true;
 
 // Notes what it was asked and told, and does not like a weak password.
 const char PasswordTool[] = R"sh(
