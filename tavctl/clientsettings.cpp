@@ -13,7 +13,7 @@ QString TextOption(int option)
 {
     char* value = nullptr;
     ldap_get_option(nullptr, option, &value);
-    const QString text = QFile::decodeName(value);
+    QString text = QFile::decodeName(value);
     ldap_memfree(value);
     return text;
 }

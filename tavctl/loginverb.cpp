@@ -53,10 +53,9 @@ QString SeenWhenAccepted(qint64 daysToExpiry, qint64 warningDays)
 
 QString SeenWhenChangeIsRequired()
 {
-    const QString dialog = QStringLiteral("the set-password dialog");
-    if (LdapHandler::IsSmbPasswdAvailable())
-        return dialog;
-    return dialog + QStringLiteral(", whose button does nothing, as /usr/bin/smbpasswd is missing");
+    return LdapHandler::IsSmbPasswdAvailable()
+        ? QStringLiteral("the set-password dialog")
+        : QStringLiteral("the set-password dialog, whose button does nothing, as /usr/bin/smbpasswd is missing");
 }
 
 QString Seen(const LoginCfg& cfg, int code, qint64 warningDays)

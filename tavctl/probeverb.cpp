@@ -18,7 +18,7 @@
 
 namespace {
 
-constexpr qint64 MaxClockSeconds = 5 * 60; // what a domain allows (Kerberos, RFC 4120)
+constexpr qint64 MaxClockSeconds = 300; // what a domain allows (Kerberos, RFC 4120)
 constexpr quint16 SmbPort = 445;
 constexpr int ToolTimeoutMs = 10000;
 const QString SmbConf = QStringLiteral("/etc/samba/smb.conf");
