@@ -26,6 +26,7 @@ RATIOS = ["map", "paint", "settle", "cpu", "peak", "dirty", "libraries"]
 IDLE = {"cpu": ("idle CPU ms", 1, False), "switches": ("switches/s", 1, False)}
 LOGIN = {"total": ("Return to exit ms", 1, True), "first": ("to first child", 1, False),
          "between": ("to second child", 1, False), "last": ("to exit", 1, False)}
+TAVCTL = {"ms": ("ms", 1, True)}
 IDLE_GOAL_S = 20
 GOALS_SET_MS = 45.9  # qtfloor's first frame where the goals in ms were set
 CALLS = "/tmp/ldapsearch.calls"
@@ -99,6 +100,18 @@ def measure_login(command, environment):
             "last": row["to"] - calls[1]}
 
 
+def measure_tavctl(command, environment):
+    begin = time.monotonic()
+    subprocess.run(command, env=environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+    return {"ms": (time.monotonic() - begin) * 1e3}
+
+
+def tavctl_commands():
+    tavctl = os.path.join(os.path.dirname(lab.GATE), "tavctl")
+    return {"tavctl --help": [tavctl, "--help"], "tavctl check": [tavctl, "check"],
+            "the client alone": [lab.tool("ldapsearch"), "base"], "tavctl probe": [tavctl, "probe"]}
+
+
 def alternate(commands, runs, measure, *arguments):
     """The rows of each command; the first round warms up, and the order rotates."""
     labels = list(commands)
@@ -129,7 +142,7 @@ def ratio_table(rows, floor):
     return "\n".join(lines)
 
 
-def goal_table(start, idle, login):
+def goal_table(start, idle, login, tavctl):
     """What was aimed at. Goals in ms were set where qtfloor painted its first frame in GOALS_SET_MS; they grow with what
     this machine takes."""
     def of(label, name, rows=start):
@@ -143,7 +156,10 @@ def goal_table(start, idle, login):
              ("first frame, remote dialog to qtfloor-raster", of(REMOTE, "paint") / of("qtfloor-raster", "paint"), 1, 1.1),
              ("first frame, local window to qtfloor-raster", of(LOCAL, "paint") / of("qtfloor-raster", "paint"), 1, 1),
              ("Return to exit beyond floor and two hashes, ms",
-              of("gate", "total", login) - of("floor and two hashes", "total", login), None, 6 * slower)]
+              of("gate", "total", login) - of("floor and two hashes", "total", login), None, 6 * slower),
+             ("tavctl check to tavctl --help", of("tavctl check", "ms", tavctl) / of("tavctl --help", "ms", tavctl), None, 2),
+             ("tavctl probe beyond the client, ms",
+              of("tavctl probe", "ms", tavctl) - of("the client alone", "ms", tavctl), None, 50)]
     for label in [REMOTE, LOCAL]:
         peak = of("qtfloor", "peak")
         goals += [(f"peak memory, {label} to qtfloor", of(label, "peak") / peak, of("qtfloor-raster", "peak") / peak, .38),
@@ -180,11 +196,14 @@ def main():
         login = alternate({"floor": [lab.tool("spawnfloor"), "0"],
                            "floor and two hashes": [lab.tool("spawnfloor"), "2"],
                            "gate": [lab.GATE, "force"]}, options.runs, measure_login, environment)
+        del environment["BENCH_CALLS"]
+        tavctl = alternate(tavctl_commands(), options.runs, measure_tavctl, environment)
     head = (f"{lab.machine()}; {time.strftime('%Y-%m-%d')}; {options.runs} runs, alternating; load average "
             f"{load_before} before, {lab.load()} after. Medians, in brackets the least and the most; ratios are those of "
             "the medians, in brackets their 95 % interval.")
     report = "\n\n".join([head, table(start, START), ratio_table(start, "qtfloor"), ratio_table(start, "qtfloor-raster"),
-                          table(idle, IDLE), table(login, LOGIN), goal_table(start, idle, login)])
+                          table(idle, IDLE), table(login, LOGIN), table(tavctl, TAVCTL),
+                          goal_table(start, idle, login, tavctl)])
     print(report)
     if not options.dry:
         lab.write_section("measured", report)

@@ -17,6 +17,7 @@ namespace {
 const QString SystemInfo = QStringLiteral("user/system/systeminfo");
 const QString Security = QStringLiteral("user/system/security");
 const QString AnothersKey = QStringLiteral("enablecontrolledpanel"); // of another program of the terminal
+const QString CommonName = QStringLiteral("reqcert"); // in another section it may well be another program's
 
 enum class Kind { Switch, Text, Password };
 struct KnownKey {
@@ -128,7 +129,7 @@ bool FindMisplacedKeys(const TavXmlForm& form, Report& report)
         if (Count(form, key.Path()) > 0)
             continue;
         for (const Element& element : form.elements) {
-            if (NameOf(element) == key.name)
+            if (NameOf(element) == key.name && key.name != CommonName)
                 misplaced[{ParentOf(element), key.Section()}] += key.name;
         }
     }

@@ -38,11 +38,21 @@ const Wording& WordingOf(const char* code)
     return *found;
 }
 
+// A certificate or an answer of a server must not steer the terminal that shows it.
+QString Printable(QString text)
+{
+    for (QChar& c : text) {
+        if (c.category() == QChar::Other_Control || c.category() == QChar::Other_Format)
+            c = QLatin1Char('?');
+    }
+    return text;
+}
+
 QString Filled(const char* sentence, const QStringList& arguments)
 {
     QString text = QString::fromUtf8(sentence);
     for (int i = arguments.size(); i > 0; --i) // from the last: an argument can hold a "%"
-        text.replace(QLatin1Char('%') + QString::number(i), arguments.at(i - 1));
+        text.replace(QLatin1Char('%') + QString::number(i), Printable(arguments.at(i - 1)));
     return text;
 }
 

@@ -116,6 +116,15 @@ private slots:
         QCOMPARE(output.isEmpty(), Text("password").isEmpty());
     }
 
+    void Told_data() { LoadTable("tavctl.tsv"); }
+
+    void Told()
+    {
+        const auto [ending, output] = Run(Text("words"));
+        QCOMPARE(ending, QStringLiteral("0"));
+        QVERIFY2(output.startsWith(Text("begin")), qPrintable(output));
+    }
+
     void Terminal_data() { LoadTable("tavctl.tsv"); }
 
     void Terminal()
