@@ -37,7 +37,7 @@ struct Answer {
     bool IsOfDirectory() const
     {
         static const QRegularExpression ownNumber(QStringLiteral("\\(-\\d+\\)$"));
-        return !lines.isEmpty() && !errors.value(0).contains(ownNumber);
+        return !lines.isEmpty() && errors.filter(ownNumber).isEmpty();
     }
     QString Complaint() const
     {
@@ -62,7 +62,8 @@ Answer Ask(const Server& server, QString& uri)
 void FindClientReason(const Server& server, const Answer& answer, Report& report)
 {
     const QStringList settings = ClientSettings().others;
-    report.Find("client-settings", {server.name, settings.join(QStringLiteral(", "))}, !settings.isEmpty());
+    report.Find("client-settings", {server.name, settings.join(QStringLiteral(", ")), answer.Complaint()},
+                !settings.isEmpty());
     report.Find("client-silent", {server.name}, settings.isEmpty() && answer.lines.isEmpty());
     report.Find("client-fails", {server.name, answer.Complaint()}, settings.isEmpty() && !answer.lines.isEmpty());
 }

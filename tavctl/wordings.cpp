@@ -75,7 +75,7 @@ const QVector<Wording> AllWordings{
     {"files-folder-missing", Grade::Note,
      "/tmp/config/files is missing: there is no start log and no picture behind the dialog"},
     {"foreign-file", Grade::Warning,
-     "%1 belongs to %2, and a start as %3 can't replace it: single sign-on or a log fails without a word"},
+     "%1 belongs to %2, and a start as %3 does not use it: single sign-on or a log fails without a word"},
 
     // a server that is asked
     {"name-unknown", Grade::Error, "the name %1 does not resolve"},
@@ -93,7 +93,8 @@ const QVector<Wording> AllWordings{
     {"old-protocol", Grade::Error, "%1 and this terminal have no version or method of TLS in common: %2"},
     {"no-tls", Grade::Error, "%1 does not speak TLS on port %2: %3"},
     {"client-settings", Grade::Error,
-     "%1 answers, but not to ldapsearch, whose settings (ldap.conf, .ldaprc, LDAP... in the environment) have %2"},
+     "%1 can be reached, but ldapsearch says: %3; its settings (ldap.conf, .ldaprc, LDAP... in the environment) have "
+     "%2"},
     {"client-silent", Grade::Error, "%1 can be reached, but ldapsearch got no answer in time"},
     {"client-fails", Grade::Error, "%1 can be reached, but ldapsearch says: %2"},
     {"root-entry", Grade::Error, "the root entry of %1 can't be read without a bind: %2"},
