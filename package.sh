@@ -3,11 +3,14 @@
 # SPDX-License-Identifier: MIT
 #
 # ./package.sh [--twice]
-#   Installs what is missing to build them, and builds the Debian packages into build/packages.
-#   --twice   builds them once more in a folder of another name, and fails unless every package is the same byte by byte
+#   Installs what is missing to build them, and builds the Debian packages and the tarball of their sources into
+#   build/packages.
+#   --twice   builds them once more in another folder, and fails unless every package and the tarball are the same byte by
+#             byte
 set -euo pipefail
 cd "${0%/*}"
 results=$PWD/build/packages
+version=$(sed -n 's/^project(.* VERSION \([0-9.]*\) .*/\1/p' CMakeLists.txt)
 
 as_root() {
     if [ "$UID" = 0 ]; then "$@"; else sudo "$@"; fi
@@ -30,20 +33,23 @@ list_sources() {
     fi
 }
 
-# Leaves the packages in the folder $1. The time stamps are those of now, as in a fresh checkout.
+# Leaves the packages in the folder $1. The time stamps are those of now, as in a fresh checkout, which dpkg-source turns
+# into that of the changelog; the modes are those of a fresh checkout whatever the umask.
 build_in() {
-    mkdir -p "$1/source"
-    list_sources | tar --create --null --files-from=- | tar --extract --touch --directory "$1/source"
-    (cd "$1/source" && dpkg-buildpackage --unsigned-source --unsigned-changes)
+    local sources=$1/qorm-login-$version
+    mkdir -p "$sources"
+    list_sources | tar --create --null --files-from=- --mode=u=rwX,go=rX |
+        tar --extract --touch --same-permissions --directory "$sources"
+    (cd "$sources" && dpkg-buildpackage --unsigned-source --unsigned-changes)
 }
 
-same_packages() {
-    diff <(cd "$1" && sha256sum -- *.deb) <(cd "$2" && sha256sum -- *.deb)
+checksums() {
+    (cd "$1" && sha256sum -- *.deb *.tar.xz)
 }
 
 case ${1-} in
     '' | --twice) ;;
-    *) sed -n '5,7s/^# \?//p' "${0##*/}" >&2; exit 2 ;;
+    *) sed -n '5,9s/^# \?//p' "${0##*/}" >&2; exit 2 ;;
 esac
 install_build_dependencies
 work=$(mktemp -d)
@@ -51,14 +57,14 @@ trap 'rm -rf "$work"' EXIT
 build_in "$work/first"
 if [ "${1-}" = --twice ]; then
     build_in "$work/a-second-and-longer-name"
-    same_packages "$work/first" "$work/a-second-and-longer-name"
+    diff <(checksums "$work/first") <(checksums "$work/a-second-and-longer-name")
     echo "Both builds gave the same packages."
 fi
 rm -rf "$results"
 mkdir -p "$results"
 cp "$work"/first/*.* "$results"
+checksums "$results"
 cd "$results"
-sha256sum -- *.deb
 if command -v lintian > /dev/null; then
     lintian --allow-root --pedantic --fail-on error,warning,pedantic -- *.changes
 fi

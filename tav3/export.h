@@ -4,3 +4,5 @@
 
 // Marks what the library offers; everything else stays hidden in it.
 #define TAV3_EXPORT __attribute__((visibility("default")))
+// Keeps a private operation of such a class hidden too.
+#define TAV3_HIDDEN __attribute__((visibility("hidden")))

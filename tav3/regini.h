@@ -30,7 +30,7 @@ public:
     void CloseKey();
 
 private:
-    void AddValue(const QStringRef& line);
+    TAV3_HIDDEN void AddValue(const QStringRef& line);
 
     std::optional<QByteArray> m_store; // unset: the file
     QHash<QString, QVariant> m_values; // of the open key, by folded name: QString or unsigned

@@ -46,8 +46,8 @@ public:
     QString GetConfig(const QString& section, const QString& key, bool, const QString& defaultText, bool) const;
 
 private:
-    void Read(const QByteArray& xml, const QString& name, TavXmlForm* form);
-    void ReadElement(QXmlStreamReader& xml, const QString& path, int depth, TavXmlForm* form);
+    TAV3_HIDDEN void Read(const QByteArray& xml, const QString& name, TavXmlForm* form);
+    TAV3_HIDDEN void ReadElement(QXmlStreamReader& xml, const QString& path, int depth, TavXmlForm* form);
 
     QHash<QString, QString> m_texts; // by "section/key"
 };
