@@ -2,7 +2,8 @@
 # SPDX-FileCopyrightText: 2026 The qorm-login authors
 # SPDX-License-Identifier: MIT
 #
-# ./check.sh [format | lint | test | sanitize | memory | fuzz | mutate | sessions | pictures | bench] [ARGUMENT]...
+# ./check.sh [format | lint | test | sanitize | memory | fuzz | mutate | sessions | pictures | translations |
+#   bench] [ARGUMENT]...
 #   What the contributors use; without an argument: lint, test, sanitize. CONTRIBUTING.md says what each does. A step
 #   installs what it needs.
 set -euo pipefail
@@ -81,15 +82,24 @@ sessions() {
         lab/sandbox build/tests/e2e_sessions
 }
 
+# Brings translations/*.ts up to date; fails while one has a sentence without a translation, or one that nobody shows.
+# Translated() of the login chain is its tr().
+translations() {
+    lab/install
+    lupdate -silent -I . app base config ldap ui translations -locations none -tr-function-alias tr+=Translated \
+        -ts translations/*.ts
+    ! grep -B 2 'translation type=' translations/*.ts
+}
+
 step=${1-}
 [ $# -eq 0 ] || shift
 case $step in
-    format | lint | sanitize | memory | sessions) "$step" "$@" ;;
+    format | lint | sanitize | memory | sessions | translations) "$step" "$@" ;;
     test) ./test.sh "$@" ;;
     mutate) lab/prepare && tools/mutate "$@" ;;
     fuzz) lab/install && lab/install clang libclang-rt-dev && tools/fuzz "$@" ;;
     pictures) lab/prepare && lab/install imagemagick optipng pngquant && tools/make-pictures "$@" ;;
     bench) ./bench.sh "$@" ;;
     '') lint; ./test.sh; sanitize "$@" ;;
-    *) sed -n '5,7s/^# *//p' "$0" >&2; exit 2 ;;
+    *) sed -n '5,8s/^# *//p' "$0" >&2; exit 2 ;;
 esac

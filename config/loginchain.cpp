@@ -96,7 +96,7 @@ void LoginCfg::RunSetPassword(const QString& server, const QString& user, const 
     dialog.exec(); // its result has no meaning
     if (dialog.m_success) {
         passwordChanged = true;
-        resultMessage = QStringLiteral("Please log in with your new password");
+        resultMessage = QStringLiteral(QT_TRANSLATE_NOOP("LoginCfg", "Please log in with your new password"));
     } else {
         resultMessage = dialog.m_message;
         explanation = NotChanged;

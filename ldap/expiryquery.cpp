@@ -75,7 +75,7 @@ bool LdapHandler::CheckPassword()
     m_complaint.clear();
     m_uri = FindNamingContext();
     if (m_uri.isEmpty()) {
-        m_lastError = QStringLiteral("Could not contact LDAP server");
+        m_lastError = QStringLiteral(QT_TRANSLATE_NOOP("LoginCfg", "Could not contact LDAP server"));
         m_lastCode = ServerUnreachable;
         return false;
     }

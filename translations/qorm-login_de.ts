@@ -1,173 +1,6 @@
 <?xml version="1.0" encoding="utf-8"?>
 <!DOCTYPE TS>
-<!-- SPDX-FileCopyrightText: 2026 The qorm-login authors -->
-<!-- SPDX-License-Identifier: MIT -->
 <TS version="2.1" language="de" sourcelanguage="en">
-<context>
-    <name>ngremotelogin</name>
-    <message>
-        <source>User Authentication</source>
-        <translation>Benutzeranmeldung</translation>
-    </message>
-    <message>
-        <source>User picture</source>
-        <translation>Benutzerbild</translation>
-    </message>
-    <message>
-        <source>Username:</source>
-        <translation>Benutzername:</translation>
-    </message>
-    <message>
-        <source>Username</source>
-        <translation>Benutzername</translation>
-    </message>
-    <message>
-        <source>Password:</source>
-        <translation>Kennwort:</translation>
-    </message>
-    <message>
-        <source>Password</source>
-        <translation>Kennwort</translation>
-    </message>
-    <message>
-        <source>Caps Lock is on</source>
-        <translation>Feststelltaste ist aktiv</translation>
-    </message>
-    <message>
-        <source>Domain:</source>
-        <translation>Domäne:</translation>
-    </message>
-    <message>
-        <source>Logging in...</source>
-        <translation>Anmeldung läuft ...</translation>
-    </message>
-    <message>
-        <source>Unlock</source>
-        <translation>Entsperren</translation>
-    </message>
-    <message>
-        <source>Login</source>
-        <translation>Anmelden</translation>
-    </message>
-    <message>
-        <source>Change User</source>
-        <translation>Benutzer wechseln</translation>
-    </message>
-    <message>
-        <source>Logout</source>
-        <translation>Abmelden</translation>
-    </message>
-    <message>
-        <source>Cancel</source>
-        <translation>Abbrechen</translation>
-    </message>
-    <message>
-        <source>Caps Lock is ON!</source>
-        <translation>Feststelltaste ist AKTIV!</translation>
-    </message>
-    <message>
-        <source>Verifying credentials</source>
-        <translation>Anmeldung wird geprüft</translation>
-    </message>
-    <message>
-        <source>Logging in</source>
-        <translation>Anmeldung läuft</translation>
-    </message>
-    <message>
-        <source>Password Changed</source>
-        <translation>Kennwort geändert</translation>
-    </message>
-    <message>
-        <source>Authentication Error</source>
-        <translation>Anmeldefehler</translation>
-    </message>
-</context>
-<context>
-    <name>LoginWindow</name>
-    <message>
-        <source>Login</source>
-        <translation>Anmeldung</translation>
-    </message>
-    <message>
-        <source>Lock picture</source>
-        <translation>Schlossbild</translation>
-    </message>
-    <message>
-        <source>Please Enter User Password</source>
-        <translation>Bitte Benutzerkennwort eingeben</translation>
-    </message>
-    <message>
-        <source>Login Error</source>
-        <translation>Anmeldefehler</translation>
-    </message>
-    <message>
-        <source>Password is invalid</source>
-        <translation>Das Kennwort ist ungültig</translation>
-    </message>
-</context>
-<context>
-    <name>SetPassword</name>
-    <message>
-        <source>Dialog</source>
-        <translation>Dialog</translation>
-    </message>
-    <message>
-        <source>Password Change/Reset</source>
-        <translation>Kennwort ändern/zurücksetzen</translation>
-    </message>
-    <message>
-        <source>Server Name/IP:</source>
-        <translation>Servername/IP:</translation>
-    </message>
-    <message>
-        <source>User Name: </source>
-        <translation>Benutzername: </translation>
-    </message>
-    <message>
-        <source>Old Password:</source>
-        <translation>Altes Kennwort:</translation>
-    </message>
-    <message>
-        <source>New Password:</source>
-        <translation>Neues Kennwort:</translation>
-    </message>
-    <message>
-        <source>Retype Password:</source>
-        <translation>Kennwort wiederholen:</translation>
-    </message>
-    <message>
-        <source>Show old password</source>
-        <translation>Altes Kennwort anzeigen</translation>
-    </message>
-    <message>
-        <source>Show new password</source>
-        <translation>Neues Kennwort anzeigen</translation>
-    </message>
-    <message>
-        <source>Show retyped password</source>
-        <translation>Wiederholtes Kennwort anzeigen</translation>
-    </message>
-    <message>
-        <source>V</source>
-        <translation>V</translation>
-    </message>
-    <message>
-        <source>Change Password</source>
-        <translation>Kennwort ändern</translation>
-    </message>
-    <message>
-        <source>The New Password field is empty</source>
-        <translation>Das Feld „Neues Kennwort“ ist leer</translation>
-    </message>
-    <message>
-        <source>Password Mismatch</source>
-        <translation>Die Kennwörter stimmen nicht überein</translation>
-    </message>
-    <message>
-        <source>The new and retyped password do not match</source>
-        <translation>Neues und wiederholtes Kennwort stimmen nicht überein</translation>
-    </message>
-</context>
 <context>
     <name>LoginCfg</name>
     <message>
@@ -270,22 +103,26 @@
     </message>
 </context>
 <context>
-    <name>QPlatformTheme</name>
+    <name>LoginWindow</name>
     <message>
-        <source>OK</source>
-        <translation>OK</translation>
+        <source>Login</source>
+        <translation>Anmeldung</translation>
     </message>
     <message>
-        <source>Cancel</source>
-        <translation>Abbrechen</translation>
+        <source>Lock picture</source>
+        <translation>Schlossbild</translation>
     </message>
     <message>
-        <source>&amp;Yes</source>
-        <translation>&amp;Ja</translation>
+        <source>Please Enter User Password</source>
+        <translation>Bitte Benutzerkennwort eingeben</translation>
     </message>
     <message>
-        <source>&amp;No</source>
-        <translation>&amp;Nein</translation>
+        <source>Login Error</source>
+        <translation>Anmeldefehler</translation>
+    </message>
+    <message>
+        <source>Password is invalid</source>
+        <translation>Das Kennwort ist ungültig</translation>
     </message>
 </context>
 <context>
@@ -317,6 +154,167 @@
     <message>
         <source>Select All</source>
         <translation>Alles auswählen</translation>
+    </message>
+</context>
+<context>
+    <name>QPlatformTheme</name>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>&amp;Yes</source>
+        <translation>&amp;Ja</translation>
+    </message>
+    <message>
+        <source>&amp;No</source>
+        <translation>&amp;Nein</translation>
+    </message>
+</context>
+<context>
+    <name>SetPassword</name>
+    <message>
+        <source>Dialog</source>
+        <translation>Dialog</translation>
+    </message>
+    <message>
+        <source>Password Change/Reset</source>
+        <translation>Kennwort ändern/zurücksetzen</translation>
+    </message>
+    <message>
+        <source>Server Name/IP:</source>
+        <translation>Servername/IP:</translation>
+    </message>
+    <message>
+        <source>User Name: </source>
+        <translation>Benutzername: </translation>
+    </message>
+    <message>
+        <source>Old Password:</source>
+        <translation>Altes Kennwort:</translation>
+    </message>
+    <message>
+        <source>New Password:</source>
+        <translation>Neues Kennwort:</translation>
+    </message>
+    <message>
+        <source>Retype Password:</source>
+        <translation>Kennwort wiederholen:</translation>
+    </message>
+    <message>
+        <source>Show old password</source>
+        <translation>Altes Kennwort anzeigen</translation>
+    </message>
+    <message>
+        <source>Show new password</source>
+        <translation>Neues Kennwort anzeigen</translation>
+    </message>
+    <message>
+        <source>Show retyped password</source>
+        <translation>Wiederholtes Kennwort anzeigen</translation>
+    </message>
+    <message>
+        <source>V</source>
+        <translation>V</translation>
+    </message>
+    <message>
+        <source>Change Password</source>
+        <translation>Kennwort ändern</translation>
+    </message>
+    <message>
+        <source>The New Password field is empty</source>
+        <translation>Das Feld „Neues Kennwort“ ist leer</translation>
+    </message>
+    <message>
+        <source>Password Mismatch</source>
+        <translation>Die Kennwörter stimmen nicht überein</translation>
+    </message>
+    <message>
+        <source>The new and retyped password do not match</source>
+        <translation>Neues und wiederholtes Kennwort stimmen nicht überein</translation>
+    </message>
+</context>
+<context>
+    <name>ngremotelogin</name>
+    <message>
+        <source>User Authentication</source>
+        <translation>Benutzeranmeldung</translation>
+    </message>
+    <message>
+        <source>User picture</source>
+        <translation>Benutzerbild</translation>
+    </message>
+    <message>
+        <source>Username:</source>
+        <translation>Benutzername:</translation>
+    </message>
+    <message>
+        <source>Username</source>
+        <translation>Benutzername</translation>
+    </message>
+    <message>
+        <source>Password:</source>
+        <translation>Kennwort:</translation>
+    </message>
+    <message>
+        <source>Password</source>
+        <translation>Kennwort</translation>
+    </message>
+    <message>
+        <source>Caps Lock is on</source>
+        <translation>Feststelltaste ist aktiv</translation>
+    </message>
+    <message>
+        <source>Domain:</source>
+        <translation>Domäne:</translation>
+    </message>
+    <message>
+        <source>Logging in...</source>
+        <translation>Anmeldung läuft ...</translation>
+    </message>
+    <message>
+        <source>Unlock</source>
+        <translation>Entsperren</translation>
+    </message>
+    <message>
+        <source>Login</source>
+        <translation>Anmelden</translation>
+    </message>
+    <message>
+        <source>Change User</source>
+        <translation>Benutzer wechseln</translation>
+    </message>
+    <message>
+        <source>Logout</source>
+        <translation>Abmelden</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Caps Lock is ON!</source>
+        <translation>Feststelltaste ist AKTIV!</translation>
+    </message>
+    <message>
+        <source>Verifying credentials</source>
+        <translation>Anmeldung wird geprüft</translation>
+    </message>
+    <message>
+        <source>Logging in</source>
+        <translation>Anmeldung läuft</translation>
+    </message>
+    <message>
+        <source>Password Changed</source>
+        <translation>Kennwort geändert</translation>
+    </message>
+    <message>
+        <source>Authentication Error</source>
+        <translation>Anmeldefehler</translation>
     </message>
 </context>
 </TS>

@@ -1,173 +1,6 @@
 <?xml version="1.0" encoding="utf-8"?>
 <!DOCTYPE TS>
-<!-- SPDX-FileCopyrightText: 2026 The qorm-login authors -->
-<!-- SPDX-License-Identifier: MIT -->
 <TS version="2.1" language="es" sourcelanguage="en">
-<context>
-    <name>ngremotelogin</name>
-    <message>
-        <source>User Authentication</source>
-        <translation>Autenticación de usuario</translation>
-    </message>
-    <message>
-        <source>User picture</source>
-        <translation>Imagen del usuario</translation>
-    </message>
-    <message>
-        <source>Username:</source>
-        <translation>Nombre de usuario:</translation>
-    </message>
-    <message>
-        <source>Username</source>
-        <translation>Nombre de usuario</translation>
-    </message>
-    <message>
-        <source>Password:</source>
-        <translation>Contraseña:</translation>
-    </message>
-    <message>
-        <source>Password</source>
-        <translation>Contraseña</translation>
-    </message>
-    <message>
-        <source>Caps Lock is on</source>
-        <translation>Bloq Mayús está activado</translation>
-    </message>
-    <message>
-        <source>Domain:</source>
-        <translation>Dominio:</translation>
-    </message>
-    <message>
-        <source>Logging in...</source>
-        <translation>Iniciando sesión...</translation>
-    </message>
-    <message>
-        <source>Unlock</source>
-        <translation>Desbloquear</translation>
-    </message>
-    <message>
-        <source>Login</source>
-        <translation>Iniciar sesión</translation>
-    </message>
-    <message>
-        <source>Change User</source>
-        <translation>Cambiar de usuario</translation>
-    </message>
-    <message>
-        <source>Logout</source>
-        <translation>Cerrar sesión</translation>
-    </message>
-    <message>
-        <source>Cancel</source>
-        <translation>Cancelar</translation>
-    </message>
-    <message>
-        <source>Caps Lock is ON!</source>
-        <translation>¡Bloq Mayús está ACTIVADO!</translation>
-    </message>
-    <message>
-        <source>Verifying credentials</source>
-        <translation>Comprobando credenciales</translation>
-    </message>
-    <message>
-        <source>Logging in</source>
-        <translation>Iniciando sesión</translation>
-    </message>
-    <message>
-        <source>Password Changed</source>
-        <translation>Contraseña cambiada</translation>
-    </message>
-    <message>
-        <source>Authentication Error</source>
-        <translation>Error de autenticación</translation>
-    </message>
-</context>
-<context>
-    <name>LoginWindow</name>
-    <message>
-        <source>Login</source>
-        <translation>Inicio de sesión</translation>
-    </message>
-    <message>
-        <source>Lock picture</source>
-        <translation>Imagen de candado</translation>
-    </message>
-    <message>
-        <source>Please Enter User Password</source>
-        <translation>Introduzca la contraseña</translation>
-    </message>
-    <message>
-        <source>Login Error</source>
-        <translation>Error de inicio de sesión</translation>
-    </message>
-    <message>
-        <source>Password is invalid</source>
-        <translation>La contraseña no es válida</translation>
-    </message>
-</context>
-<context>
-    <name>SetPassword</name>
-    <message>
-        <source>Dialog</source>
-        <translation>Diálogo</translation>
-    </message>
-    <message>
-        <source>Password Change/Reset</source>
-        <translation>Cambiar/restablecer contraseña</translation>
-    </message>
-    <message>
-        <source>Server Name/IP:</source>
-        <translation>Servidor (nombre/IP):</translation>
-    </message>
-    <message>
-        <source>User Name: </source>
-        <translation>Usuario: </translation>
-    </message>
-    <message>
-        <source>Old Password:</source>
-        <translation>Contraseña anterior:</translation>
-    </message>
-    <message>
-        <source>New Password:</source>
-        <translation>Contraseña nueva:</translation>
-    </message>
-    <message>
-        <source>Retype Password:</source>
-        <translation>Repetir contraseña:</translation>
-    </message>
-    <message>
-        <source>Show old password</source>
-        <translation>Mostrar la contraseña anterior</translation>
-    </message>
-    <message>
-        <source>Show new password</source>
-        <translation>Mostrar la contraseña nueva</translation>
-    </message>
-    <message>
-        <source>Show retyped password</source>
-        <translation>Mostrar la contraseña repetida</translation>
-    </message>
-    <message>
-        <source>V</source>
-        <translation>V</translation>
-    </message>
-    <message>
-        <source>Change Password</source>
-        <translation>Cambiar contraseña</translation>
-    </message>
-    <message>
-        <source>The New Password field is empty</source>
-        <translation>El campo de la contraseña nueva está vacío</translation>
-    </message>
-    <message>
-        <source>Password Mismatch</source>
-        <translation>Las contraseñas no coinciden</translation>
-    </message>
-    <message>
-        <source>The new and retyped password do not match</source>
-        <translation>La contraseña nueva y la repetida no coinciden</translation>
-    </message>
-</context>
 <context>
     <name>LoginCfg</name>
     <message>
@@ -270,22 +103,26 @@
     </message>
 </context>
 <context>
-    <name>QPlatformTheme</name>
+    <name>LoginWindow</name>
     <message>
-        <source>OK</source>
-        <translation>Aceptar</translation>
+        <source>Login</source>
+        <translation>Inicio de sesión</translation>
     </message>
     <message>
-        <source>Cancel</source>
-        <translation>Cancelar</translation>
+        <source>Lock picture</source>
+        <translation>Imagen de candado</translation>
     </message>
     <message>
-        <source>&amp;Yes</source>
-        <translation>&amp;Sí</translation>
+        <source>Please Enter User Password</source>
+        <translation>Introduzca la contraseña</translation>
     </message>
     <message>
-        <source>&amp;No</source>
-        <translation>&amp;No</translation>
+        <source>Login Error</source>
+        <translation>Error de inicio de sesión</translation>
+    </message>
+    <message>
+        <source>Password is invalid</source>
+        <translation>La contraseña no es válida</translation>
     </message>
 </context>
 <context>
@@ -317,6 +154,167 @@
     <message>
         <source>Select All</source>
         <translation>Seleccionar todo</translation>
+    </message>
+</context>
+<context>
+    <name>QPlatformTheme</name>
+    <message>
+        <source>OK</source>
+        <translation>Aceptar</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Cancelar</translation>
+    </message>
+    <message>
+        <source>&amp;Yes</source>
+        <translation>&amp;Sí</translation>
+    </message>
+    <message>
+        <source>&amp;No</source>
+        <translation>&amp;No</translation>
+    </message>
+</context>
+<context>
+    <name>SetPassword</name>
+    <message>
+        <source>Dialog</source>
+        <translation>Diálogo</translation>
+    </message>
+    <message>
+        <source>Password Change/Reset</source>
+        <translation>Cambiar/restablecer contraseña</translation>
+    </message>
+    <message>
+        <source>Server Name/IP:</source>
+        <translation>Servidor (nombre/IP):</translation>
+    </message>
+    <message>
+        <source>User Name: </source>
+        <translation>Usuario: </translation>
+    </message>
+    <message>
+        <source>Old Password:</source>
+        <translation>Contraseña anterior:</translation>
+    </message>
+    <message>
+        <source>New Password:</source>
+        <translation>Contraseña nueva:</translation>
+    </message>
+    <message>
+        <source>Retype Password:</source>
+        <translation>Repetir contraseña:</translation>
+    </message>
+    <message>
+        <source>Show old password</source>
+        <translation>Mostrar la contraseña anterior</translation>
+    </message>
+    <message>
+        <source>Show new password</source>
+        <translation>Mostrar la contraseña nueva</translation>
+    </message>
+    <message>
+        <source>Show retyped password</source>
+        <translation>Mostrar la contraseña repetida</translation>
+    </message>
+    <message>
+        <source>V</source>
+        <translation>V</translation>
+    </message>
+    <message>
+        <source>Change Password</source>
+        <translation>Cambiar contraseña</translation>
+    </message>
+    <message>
+        <source>The New Password field is empty</source>
+        <translation>El campo de la contraseña nueva está vacío</translation>
+    </message>
+    <message>
+        <source>Password Mismatch</source>
+        <translation>Las contraseñas no coinciden</translation>
+    </message>
+    <message>
+        <source>The new and retyped password do not match</source>
+        <translation>La contraseña nueva y la repetida no coinciden</translation>
+    </message>
+</context>
+<context>
+    <name>ngremotelogin</name>
+    <message>
+        <source>User Authentication</source>
+        <translation>Autenticación de usuario</translation>
+    </message>
+    <message>
+        <source>User picture</source>
+        <translation>Imagen del usuario</translation>
+    </message>
+    <message>
+        <source>Username:</source>
+        <translation>Nombre de usuario:</translation>
+    </message>
+    <message>
+        <source>Username</source>
+        <translation>Nombre de usuario</translation>
+    </message>
+    <message>
+        <source>Password:</source>
+        <translation>Contraseña:</translation>
+    </message>
+    <message>
+        <source>Password</source>
+        <translation>Contraseña</translation>
+    </message>
+    <message>
+        <source>Caps Lock is on</source>
+        <translation>Bloq Mayús está activado</translation>
+    </message>
+    <message>
+        <source>Domain:</source>
+        <translation>Dominio:</translation>
+    </message>
+    <message>
+        <source>Logging in...</source>
+        <translation>Iniciando sesión...</translation>
+    </message>
+    <message>
+        <source>Unlock</source>
+        <translation>Desbloquear</translation>
+    </message>
+    <message>
+        <source>Login</source>
+        <translation>Iniciar sesión</translation>
+    </message>
+    <message>
+        <source>Change User</source>
+        <translation>Cambiar de usuario</translation>
+    </message>
+    <message>
+        <source>Logout</source>
+        <translation>Cerrar sesión</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Cancelar</translation>
+    </message>
+    <message>
+        <source>Caps Lock is ON!</source>
+        <translation>¡Bloq Mayús está ACTIVADO!</translation>
+    </message>
+    <message>
+        <source>Verifying credentials</source>
+        <translation>Comprobando credenciales</translation>
+    </message>
+    <message>
+        <source>Logging in</source>
+        <translation>Iniciando sesión</translation>
+    </message>
+    <message>
+        <source>Password Changed</source>
+        <translation>Contraseña cambiada</translation>
+    </message>
+    <message>
+        <source>Authentication Error</source>
+        <translation>Error de autenticación</translation>
     </message>
 </context>
 </TS>

@@ -1,173 +1,6 @@
 <?xml version="1.0" encoding="utf-8"?>
 <!DOCTYPE TS>
-<!-- SPDX-FileCopyrightText: 2026 The qorm-login authors -->
-<!-- SPDX-License-Identifier: MIT -->
 <TS version="2.1" language="fr" sourcelanguage="en">
-<context>
-    <name>ngremotelogin</name>
-    <message>
-        <source>User Authentication</source>
-        <translation>Authentification</translation>
-    </message>
-    <message>
-        <source>User picture</source>
-        <translation>Image de l’utilisateur</translation>
-    </message>
-    <message>
-        <source>Username:</source>
-        <translation>Nom d’utilisateur :</translation>
-    </message>
-    <message>
-        <source>Username</source>
-        <translation>Nom d’utilisateur</translation>
-    </message>
-    <message>
-        <source>Password:</source>
-        <translation>Mot de passe :</translation>
-    </message>
-    <message>
-        <source>Password</source>
-        <translation>Mot de passe</translation>
-    </message>
-    <message>
-        <source>Caps Lock is on</source>
-        <translation>Verr. maj. est activé</translation>
-    </message>
-    <message>
-        <source>Domain:</source>
-        <translation>Domaine :</translation>
-    </message>
-    <message>
-        <source>Logging in...</source>
-        <translation>Connexion en cours...</translation>
-    </message>
-    <message>
-        <source>Unlock</source>
-        <translation>Déverrouiller</translation>
-    </message>
-    <message>
-        <source>Login</source>
-        <translation>Se connecter</translation>
-    </message>
-    <message>
-        <source>Change User</source>
-        <translation>Changer d’utilisateur</translation>
-    </message>
-    <message>
-        <source>Logout</source>
-        <translation>Se déconnecter</translation>
-    </message>
-    <message>
-        <source>Cancel</source>
-        <translation>Annuler</translation>
-    </message>
-    <message>
-        <source>Caps Lock is ON!</source>
-        <translation>Verr. maj. est ACTIVÉ !</translation>
-    </message>
-    <message>
-        <source>Verifying credentials</source>
-        <translation>Vérification des identifiants</translation>
-    </message>
-    <message>
-        <source>Logging in</source>
-        <translation>Connexion en cours</translation>
-    </message>
-    <message>
-        <source>Password Changed</source>
-        <translation>Mot de passe modifié</translation>
-    </message>
-    <message>
-        <source>Authentication Error</source>
-        <translation>Erreur d’authentification</translation>
-    </message>
-</context>
-<context>
-    <name>LoginWindow</name>
-    <message>
-        <source>Login</source>
-        <translation>Connexion</translation>
-    </message>
-    <message>
-        <source>Lock picture</source>
-        <translation>Image de cadenas</translation>
-    </message>
-    <message>
-        <source>Please Enter User Password</source>
-        <translation>Saisissez le mot de passe</translation>
-    </message>
-    <message>
-        <source>Login Error</source>
-        <translation>Erreur de connexion</translation>
-    </message>
-    <message>
-        <source>Password is invalid</source>
-        <translation>Le mot de passe n’est pas valide</translation>
-    </message>
-</context>
-<context>
-    <name>SetPassword</name>
-    <message>
-        <source>Dialog</source>
-        <translation>Dialogue</translation>
-    </message>
-    <message>
-        <source>Password Change/Reset</source>
-        <translation>Modifier/réinitialiser le mot de passe</translation>
-    </message>
-    <message>
-        <source>Server Name/IP:</source>
-        <translation>Serveur (nom/IP) :</translation>
-    </message>
-    <message>
-        <source>User Name: </source>
-        <translation>Utilisateur : </translation>
-    </message>
-    <message>
-        <source>Old Password:</source>
-        <translation>Ancien mot de passe :</translation>
-    </message>
-    <message>
-        <source>New Password:</source>
-        <translation>Nouveau mot de passe :</translation>
-    </message>
-    <message>
-        <source>Retype Password:</source>
-        <translation>Confirmation :</translation>
-    </message>
-    <message>
-        <source>Show old password</source>
-        <translation>Afficher l’ancien mot de passe</translation>
-    </message>
-    <message>
-        <source>Show new password</source>
-        <translation>Afficher le nouveau mot de passe</translation>
-    </message>
-    <message>
-        <source>Show retyped password</source>
-        <translation>Afficher la confirmation</translation>
-    </message>
-    <message>
-        <source>V</source>
-        <translation>V</translation>
-    </message>
-    <message>
-        <source>Change Password</source>
-        <translation>Modifier le mot de passe</translation>
-    </message>
-    <message>
-        <source>The New Password field is empty</source>
-        <translation>Le champ « Nouveau mot de passe » est vide</translation>
-    </message>
-    <message>
-        <source>Password Mismatch</source>
-        <translation>Les mots de passe diffèrent</translation>
-    </message>
-    <message>
-        <source>The new and retyped password do not match</source>
-        <translation>Le nouveau mot de passe et sa confirmation diffèrent</translation>
-    </message>
-</context>
 <context>
     <name>LoginCfg</name>
     <message>
@@ -270,22 +103,26 @@
     </message>
 </context>
 <context>
-    <name>QPlatformTheme</name>
+    <name>LoginWindow</name>
     <message>
-        <source>OK</source>
-        <translation>OK</translation>
+        <source>Login</source>
+        <translation>Connexion</translation>
     </message>
     <message>
-        <source>Cancel</source>
-        <translation>Annuler</translation>
+        <source>Lock picture</source>
+        <translation>Image de cadenas</translation>
     </message>
     <message>
-        <source>&amp;Yes</source>
-        <translation>&amp;Oui</translation>
+        <source>Please Enter User Password</source>
+        <translation>Saisissez le mot de passe</translation>
     </message>
     <message>
-        <source>&amp;No</source>
-        <translation>&amp;Non</translation>
+        <source>Login Error</source>
+        <translation>Erreur de connexion</translation>
+    </message>
+    <message>
+        <source>Password is invalid</source>
+        <translation>Le mot de passe n’est pas valide</translation>
     </message>
 </context>
 <context>
@@ -317,6 +154,167 @@
     <message>
         <source>Select All</source>
         <translation>Tout sélectionner</translation>
+    </message>
+</context>
+<context>
+    <name>QPlatformTheme</name>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Annuler</translation>
+    </message>
+    <message>
+        <source>&amp;Yes</source>
+        <translation>&amp;Oui</translation>
+    </message>
+    <message>
+        <source>&amp;No</source>
+        <translation>&amp;Non</translation>
+    </message>
+</context>
+<context>
+    <name>SetPassword</name>
+    <message>
+        <source>Dialog</source>
+        <translation>Dialogue</translation>
+    </message>
+    <message>
+        <source>Password Change/Reset</source>
+        <translation>Modifier/réinitialiser le mot de passe</translation>
+    </message>
+    <message>
+        <source>Server Name/IP:</source>
+        <translation>Serveur (nom/IP) :</translation>
+    </message>
+    <message>
+        <source>User Name: </source>
+        <translation>Utilisateur : </translation>
+    </message>
+    <message>
+        <source>Old Password:</source>
+        <translation>Ancien mot de passe :</translation>
+    </message>
+    <message>
+        <source>New Password:</source>
+        <translation>Nouveau mot de passe :</translation>
+    </message>
+    <message>
+        <source>Retype Password:</source>
+        <translation>Confirmation :</translation>
+    </message>
+    <message>
+        <source>Show old password</source>
+        <translation>Afficher l’ancien mot de passe</translation>
+    </message>
+    <message>
+        <source>Show new password</source>
+        <translation>Afficher le nouveau mot de passe</translation>
+    </message>
+    <message>
+        <source>Show retyped password</source>
+        <translation>Afficher la confirmation</translation>
+    </message>
+    <message>
+        <source>V</source>
+        <translation>V</translation>
+    </message>
+    <message>
+        <source>Change Password</source>
+        <translation>Modifier le mot de passe</translation>
+    </message>
+    <message>
+        <source>The New Password field is empty</source>
+        <translation>Le champ « Nouveau mot de passe » est vide</translation>
+    </message>
+    <message>
+        <source>Password Mismatch</source>
+        <translation>Les mots de passe diffèrent</translation>
+    </message>
+    <message>
+        <source>The new and retyped password do not match</source>
+        <translation>Le nouveau mot de passe et sa confirmation diffèrent</translation>
+    </message>
+</context>
+<context>
+    <name>ngremotelogin</name>
+    <message>
+        <source>User Authentication</source>
+        <translation>Authentification</translation>
+    </message>
+    <message>
+        <source>User picture</source>
+        <translation>Image de l’utilisateur</translation>
+    </message>
+    <message>
+        <source>Username:</source>
+        <translation>Nom d’utilisateur :</translation>
+    </message>
+    <message>
+        <source>Username</source>
+        <translation>Nom d’utilisateur</translation>
+    </message>
+    <message>
+        <source>Password:</source>
+        <translation>Mot de passe :</translation>
+    </message>
+    <message>
+        <source>Password</source>
+        <translation>Mot de passe</translation>
+    </message>
+    <message>
+        <source>Caps Lock is on</source>
+        <translation>Verr. maj. est activé</translation>
+    </message>
+    <message>
+        <source>Domain:</source>
+        <translation>Domaine :</translation>
+    </message>
+    <message>
+        <source>Logging in...</source>
+        <translation>Connexion en cours...</translation>
+    </message>
+    <message>
+        <source>Unlock</source>
+        <translation>Déverrouiller</translation>
+    </message>
+    <message>
+        <source>Login</source>
+        <translation>Se connecter</translation>
+    </message>
+    <message>
+        <source>Change User</source>
+        <translation>Changer d’utilisateur</translation>
+    </message>
+    <message>
+        <source>Logout</source>
+        <translation>Se déconnecter</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Annuler</translation>
+    </message>
+    <message>
+        <source>Caps Lock is ON!</source>
+        <translation>Verr. maj. est ACTIVÉ !</translation>
+    </message>
+    <message>
+        <source>Verifying credentials</source>
+        <translation>Vérification des identifiants</translation>
+    </message>
+    <message>
+        <source>Logging in</source>
+        <translation>Connexion en cours</translation>
+    </message>
+    <message>
+        <source>Password Changed</source>
+        <translation>Mot de passe modifié</translation>
+    </message>
+    <message>
+        <source>Authentication Error</source>
+        <translation>Erreur d’authentification</translation>
     </message>
 </context>
 </TS>

@@ -1,173 +1,6 @@
 <?xml version="1.0" encoding="utf-8"?>
 <!DOCTYPE TS>
-<!-- SPDX-FileCopyrightText: 2026 The qorm-login authors -->
-<!-- SPDX-License-Identifier: MIT -->
 <TS version="2.1" language="ja" sourcelanguage="en">
-<context>
-    <name>ngremotelogin</name>
-    <message>
-        <source>User Authentication</source>
-        <translation>ユーザー認証</translation>
-    </message>
-    <message>
-        <source>User picture</source>
-        <translation>ユーザーの画像</translation>
-    </message>
-    <message>
-        <source>Username:</source>
-        <translation>ユーザー名:</translation>
-    </message>
-    <message>
-        <source>Username</source>
-        <translation>ユーザー名</translation>
-    </message>
-    <message>
-        <source>Password:</source>
-        <translation>パスワード:</translation>
-    </message>
-    <message>
-        <source>Password</source>
-        <translation>パスワード</translation>
-    </message>
-    <message>
-        <source>Caps Lock is on</source>
-        <translation>Caps Lock がオンです</translation>
-    </message>
-    <message>
-        <source>Domain:</source>
-        <translation>ドメイン:</translation>
-    </message>
-    <message>
-        <source>Logging in...</source>
-        <translation>ログインしています...</translation>
-    </message>
-    <message>
-        <source>Unlock</source>
-        <translation>ロック解除</translation>
-    </message>
-    <message>
-        <source>Login</source>
-        <translation>ログイン</translation>
-    </message>
-    <message>
-        <source>Change User</source>
-        <translation>ユーザーの切り替え</translation>
-    </message>
-    <message>
-        <source>Logout</source>
-        <translation>ログアウト</translation>
-    </message>
-    <message>
-        <source>Cancel</source>
-        <translation>キャンセル</translation>
-    </message>
-    <message>
-        <source>Caps Lock is ON!</source>
-        <translation>Caps Lock がオンです！</translation>
-    </message>
-    <message>
-        <source>Verifying credentials</source>
-        <translation>資格情報を確認しています</translation>
-    </message>
-    <message>
-        <source>Logging in</source>
-        <translation>ログインしています</translation>
-    </message>
-    <message>
-        <source>Password Changed</source>
-        <translation>パスワードを変更しました</translation>
-    </message>
-    <message>
-        <source>Authentication Error</source>
-        <translation>認証エラー</translation>
-    </message>
-</context>
-<context>
-    <name>LoginWindow</name>
-    <message>
-        <source>Login</source>
-        <translation>ログイン</translation>
-    </message>
-    <message>
-        <source>Lock picture</source>
-        <translation>錠の画像</translation>
-    </message>
-    <message>
-        <source>Please Enter User Password</source>
-        <translation>パスワードを入力してください</translation>
-    </message>
-    <message>
-        <source>Login Error</source>
-        <translation>ログインエラー</translation>
-    </message>
-    <message>
-        <source>Password is invalid</source>
-        <translation>パスワードが無効です</translation>
-    </message>
-</context>
-<context>
-    <name>SetPassword</name>
-    <message>
-        <source>Dialog</source>
-        <translation>ダイアログ</translation>
-    </message>
-    <message>
-        <source>Password Change/Reset</source>
-        <translation>パスワードの変更/再設定</translation>
-    </message>
-    <message>
-        <source>Server Name/IP:</source>
-        <translation>サーバー名/IP:</translation>
-    </message>
-    <message>
-        <source>User Name: </source>
-        <translation>ユーザー名: </translation>
-    </message>
-    <message>
-        <source>Old Password:</source>
-        <translation>古いパスワード:</translation>
-    </message>
-    <message>
-        <source>New Password:</source>
-        <translation>新しいパスワード:</translation>
-    </message>
-    <message>
-        <source>Retype Password:</source>
-        <translation>パスワードの再入力:</translation>
-    </message>
-    <message>
-        <source>Show old password</source>
-        <translation>古いパスワードを表示</translation>
-    </message>
-    <message>
-        <source>Show new password</source>
-        <translation>新しいパスワードを表示</translation>
-    </message>
-    <message>
-        <source>Show retyped password</source>
-        <translation>再入力したパスワードを表示</translation>
-    </message>
-    <message>
-        <source>V</source>
-        <translation>V</translation>
-    </message>
-    <message>
-        <source>Change Password</source>
-        <translation>パスワードの変更</translation>
-    </message>
-    <message>
-        <source>The New Password field is empty</source>
-        <translation>新しいパスワードが入力されていません</translation>
-    </message>
-    <message>
-        <source>Password Mismatch</source>
-        <translation>パスワードが一致しません</translation>
-    </message>
-    <message>
-        <source>The new and retyped password do not match</source>
-        <translation>新しいパスワードと再入力が一致しません</translation>
-    </message>
-</context>
 <context>
     <name>LoginCfg</name>
     <message>
@@ -270,22 +103,26 @@
     </message>
 </context>
 <context>
-    <name>QPlatformTheme</name>
+    <name>LoginWindow</name>
     <message>
-        <source>OK</source>
-        <translation>OK</translation>
+        <source>Login</source>
+        <translation>ログイン</translation>
     </message>
     <message>
-        <source>Cancel</source>
-        <translation>キャンセル</translation>
+        <source>Lock picture</source>
+        <translation>錠の画像</translation>
     </message>
     <message>
-        <source>&amp;Yes</source>
-        <translation>はい(&amp;Y)</translation>
+        <source>Please Enter User Password</source>
+        <translation>パスワードを入力してください</translation>
     </message>
     <message>
-        <source>&amp;No</source>
-        <translation>いいえ(&amp;N)</translation>
+        <source>Login Error</source>
+        <translation>ログインエラー</translation>
+    </message>
+    <message>
+        <source>Password is invalid</source>
+        <translation>パスワードが無効です</translation>
     </message>
 </context>
 <context>
@@ -317,6 +154,167 @@
     <message>
         <source>Select All</source>
         <translation>すべて選択</translation>
+    </message>
+</context>
+<context>
+    <name>QPlatformTheme</name>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>キャンセル</translation>
+    </message>
+    <message>
+        <source>&amp;Yes</source>
+        <translation>はい(&amp;Y)</translation>
+    </message>
+    <message>
+        <source>&amp;No</source>
+        <translation>いいえ(&amp;N)</translation>
+    </message>
+</context>
+<context>
+    <name>SetPassword</name>
+    <message>
+        <source>Dialog</source>
+        <translation>ダイアログ</translation>
+    </message>
+    <message>
+        <source>Password Change/Reset</source>
+        <translation>パスワードの変更/再設定</translation>
+    </message>
+    <message>
+        <source>Server Name/IP:</source>
+        <translation>サーバー名/IP:</translation>
+    </message>
+    <message>
+        <source>User Name: </source>
+        <translation>ユーザー名: </translation>
+    </message>
+    <message>
+        <source>Old Password:</source>
+        <translation>古いパスワード:</translation>
+    </message>
+    <message>
+        <source>New Password:</source>
+        <translation>新しいパスワード:</translation>
+    </message>
+    <message>
+        <source>Retype Password:</source>
+        <translation>パスワードの再入力:</translation>
+    </message>
+    <message>
+        <source>Show old password</source>
+        <translation>古いパスワードを表示</translation>
+    </message>
+    <message>
+        <source>Show new password</source>
+        <translation>新しいパスワードを表示</translation>
+    </message>
+    <message>
+        <source>Show retyped password</source>
+        <translation>再入力したパスワードを表示</translation>
+    </message>
+    <message>
+        <source>V</source>
+        <translation>V</translation>
+    </message>
+    <message>
+        <source>Change Password</source>
+        <translation>パスワードの変更</translation>
+    </message>
+    <message>
+        <source>The New Password field is empty</source>
+        <translation>新しいパスワードが入力されていません</translation>
+    </message>
+    <message>
+        <source>Password Mismatch</source>
+        <translation>パスワードが一致しません</translation>
+    </message>
+    <message>
+        <source>The new and retyped password do not match</source>
+        <translation>新しいパスワードと再入力が一致しません</translation>
+    </message>
+</context>
+<context>
+    <name>ngremotelogin</name>
+    <message>
+        <source>User Authentication</source>
+        <translation>ユーザー認証</translation>
+    </message>
+    <message>
+        <source>User picture</source>
+        <translation>ユーザーの画像</translation>
+    </message>
+    <message>
+        <source>Username:</source>
+        <translation>ユーザー名:</translation>
+    </message>
+    <message>
+        <source>Username</source>
+        <translation>ユーザー名</translation>
+    </message>
+    <message>
+        <source>Password:</source>
+        <translation>パスワード:</translation>
+    </message>
+    <message>
+        <source>Password</source>
+        <translation>パスワード</translation>
+    </message>
+    <message>
+        <source>Caps Lock is on</source>
+        <translation>Caps Lock がオンです</translation>
+    </message>
+    <message>
+        <source>Domain:</source>
+        <translation>ドメイン:</translation>
+    </message>
+    <message>
+        <source>Logging in...</source>
+        <translation>ログインしています...</translation>
+    </message>
+    <message>
+        <source>Unlock</source>
+        <translation>ロック解除</translation>
+    </message>
+    <message>
+        <source>Login</source>
+        <translation>ログイン</translation>
+    </message>
+    <message>
+        <source>Change User</source>
+        <translation>ユーザーの切り替え</translation>
+    </message>
+    <message>
+        <source>Logout</source>
+        <translation>ログアウト</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>キャンセル</translation>
+    </message>
+    <message>
+        <source>Caps Lock is ON!</source>
+        <translation>Caps Lock がオンです！</translation>
+    </message>
+    <message>
+        <source>Verifying credentials</source>
+        <translation>資格情報を確認しています</translation>
+    </message>
+    <message>
+        <source>Logging in</source>
+        <translation>ログインしています</translation>
+    </message>
+    <message>
+        <source>Password Changed</source>
+        <translation>パスワードを変更しました</translation>
+    </message>
+    <message>
+        <source>Authentication Error</source>
+        <translation>認証エラー</translation>
     </message>
 </context>
 </TS>

@@ -1,173 +1,6 @@
 <?xml version="1.0" encoding="utf-8"?>
 <!DOCTYPE TS>
-<!-- SPDX-FileCopyrightText: 2026 The qorm-login authors -->
-<!-- SPDX-License-Identifier: MIT -->
 <TS version="2.1" language="pt_BR" sourcelanguage="en">
-<context>
-    <name>ngremotelogin</name>
-    <message>
-        <source>User Authentication</source>
-        <translation>Autenticação de usuário</translation>
-    </message>
-    <message>
-        <source>User picture</source>
-        <translation>Imagem do usuário</translation>
-    </message>
-    <message>
-        <source>Username:</source>
-        <translation>Nome de usuário:</translation>
-    </message>
-    <message>
-        <source>Username</source>
-        <translation>Nome de usuário</translation>
-    </message>
-    <message>
-        <source>Password:</source>
-        <translation>Senha:</translation>
-    </message>
-    <message>
-        <source>Password</source>
-        <translation>Senha</translation>
-    </message>
-    <message>
-        <source>Caps Lock is on</source>
-        <translation>Caps Lock está ativado</translation>
-    </message>
-    <message>
-        <source>Domain:</source>
-        <translation>Domínio:</translation>
-    </message>
-    <message>
-        <source>Logging in...</source>
-        <translation>Entrando...</translation>
-    </message>
-    <message>
-        <source>Unlock</source>
-        <translation>Desbloquear</translation>
-    </message>
-    <message>
-        <source>Login</source>
-        <translation>Entrar</translation>
-    </message>
-    <message>
-        <source>Change User</source>
-        <translation>Trocar de usuário</translation>
-    </message>
-    <message>
-        <source>Logout</source>
-        <translation>Sair</translation>
-    </message>
-    <message>
-        <source>Cancel</source>
-        <translation>Cancelar</translation>
-    </message>
-    <message>
-        <source>Caps Lock is ON!</source>
-        <translation>Caps Lock está ATIVADO!</translation>
-    </message>
-    <message>
-        <source>Verifying credentials</source>
-        <translation>Verificando credenciais</translation>
-    </message>
-    <message>
-        <source>Logging in</source>
-        <translation>Entrando</translation>
-    </message>
-    <message>
-        <source>Password Changed</source>
-        <translation>Senha alterada</translation>
-    </message>
-    <message>
-        <source>Authentication Error</source>
-        <translation>Erro de autenticação</translation>
-    </message>
-</context>
-<context>
-    <name>LoginWindow</name>
-    <message>
-        <source>Login</source>
-        <translation>Entrar</translation>
-    </message>
-    <message>
-        <source>Lock picture</source>
-        <translation>Imagem de cadeado</translation>
-    </message>
-    <message>
-        <source>Please Enter User Password</source>
-        <translation>Digite a senha do usuário</translation>
-    </message>
-    <message>
-        <source>Login Error</source>
-        <translation>Erro de entrada</translation>
-    </message>
-    <message>
-        <source>Password is invalid</source>
-        <translation>A senha é inválida</translation>
-    </message>
-</context>
-<context>
-    <name>SetPassword</name>
-    <message>
-        <source>Dialog</source>
-        <translation>Diálogo</translation>
-    </message>
-    <message>
-        <source>Password Change/Reset</source>
-        <translation>Alterar/redefinir senha</translation>
-    </message>
-    <message>
-        <source>Server Name/IP:</source>
-        <translation>Servidor (nome/IP):</translation>
-    </message>
-    <message>
-        <source>User Name: </source>
-        <translation>Usuário: </translation>
-    </message>
-    <message>
-        <source>Old Password:</source>
-        <translation>Senha antiga:</translation>
-    </message>
-    <message>
-        <source>New Password:</source>
-        <translation>Nova senha:</translation>
-    </message>
-    <message>
-        <source>Retype Password:</source>
-        <translation>Repetir senha:</translation>
-    </message>
-    <message>
-        <source>Show old password</source>
-        <translation>Mostrar a senha antiga</translation>
-    </message>
-    <message>
-        <source>Show new password</source>
-        <translation>Mostrar a nova senha</translation>
-    </message>
-    <message>
-        <source>Show retyped password</source>
-        <translation>Mostrar a senha repetida</translation>
-    </message>
-    <message>
-        <source>V</source>
-        <translation>V</translation>
-    </message>
-    <message>
-        <source>Change Password</source>
-        <translation>Alterar senha</translation>
-    </message>
-    <message>
-        <source>The New Password field is empty</source>
-        <translation>O campo da nova senha está vazio</translation>
-    </message>
-    <message>
-        <source>Password Mismatch</source>
-        <translation>As senhas não coincidem</translation>
-    </message>
-    <message>
-        <source>The new and retyped password do not match</source>
-        <translation>A nova senha e a repetida não coincidem</translation>
-    </message>
-</context>
 <context>
     <name>LoginCfg</name>
     <message>
@@ -270,22 +103,26 @@
     </message>
 </context>
 <context>
-    <name>QPlatformTheme</name>
+    <name>LoginWindow</name>
     <message>
-        <source>OK</source>
-        <translation>OK</translation>
+        <source>Login</source>
+        <translation>Entrar</translation>
     </message>
     <message>
-        <source>Cancel</source>
-        <translation>Cancelar</translation>
+        <source>Lock picture</source>
+        <translation>Imagem de cadeado</translation>
     </message>
     <message>
-        <source>&amp;Yes</source>
-        <translation>&amp;Sim</translation>
+        <source>Please Enter User Password</source>
+        <translation>Digite a senha do usuário</translation>
     </message>
     <message>
-        <source>&amp;No</source>
-        <translation>&amp;Não</translation>
+        <source>Login Error</source>
+        <translation>Erro de entrada</translation>
+    </message>
+    <message>
+        <source>Password is invalid</source>
+        <translation>A senha é inválida</translation>
     </message>
 </context>
 <context>
@@ -317,6 +154,167 @@
     <message>
         <source>Select All</source>
         <translation>Selecionar tudo</translation>
+    </message>
+</context>
+<context>
+    <name>QPlatformTheme</name>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Cancelar</translation>
+    </message>
+    <message>
+        <source>&amp;Yes</source>
+        <translation>&amp;Sim</translation>
+    </message>
+    <message>
+        <source>&amp;No</source>
+        <translation>&amp;Não</translation>
+    </message>
+</context>
+<context>
+    <name>SetPassword</name>
+    <message>
+        <source>Dialog</source>
+        <translation>Diálogo</translation>
+    </message>
+    <message>
+        <source>Password Change/Reset</source>
+        <translation>Alterar/redefinir senha</translation>
+    </message>
+    <message>
+        <source>Server Name/IP:</source>
+        <translation>Servidor (nome/IP):</translation>
+    </message>
+    <message>
+        <source>User Name: </source>
+        <translation>Usuário: </translation>
+    </message>
+    <message>
+        <source>Old Password:</source>
+        <translation>Senha antiga:</translation>
+    </message>
+    <message>
+        <source>New Password:</source>
+        <translation>Nova senha:</translation>
+    </message>
+    <message>
+        <source>Retype Password:</source>
+        <translation>Repetir senha:</translation>
+    </message>
+    <message>
+        <source>Show old password</source>
+        <translation>Mostrar a senha antiga</translation>
+    </message>
+    <message>
+        <source>Show new password</source>
+        <translation>Mostrar a nova senha</translation>
+    </message>
+    <message>
+        <source>Show retyped password</source>
+        <translation>Mostrar a senha repetida</translation>
+    </message>
+    <message>
+        <source>V</source>
+        <translation>V</translation>
+    </message>
+    <message>
+        <source>Change Password</source>
+        <translation>Alterar senha</translation>
+    </message>
+    <message>
+        <source>The New Password field is empty</source>
+        <translation>O campo da nova senha está vazio</translation>
+    </message>
+    <message>
+        <source>Password Mismatch</source>
+        <translation>As senhas não coincidem</translation>
+    </message>
+    <message>
+        <source>The new and retyped password do not match</source>
+        <translation>A nova senha e a repetida não coincidem</translation>
+    </message>
+</context>
+<context>
+    <name>ngremotelogin</name>
+    <message>
+        <source>User Authentication</source>
+        <translation>Autenticação de usuário</translation>
+    </message>
+    <message>
+        <source>User picture</source>
+        <translation>Imagem do usuário</translation>
+    </message>
+    <message>
+        <source>Username:</source>
+        <translation>Nome de usuário:</translation>
+    </message>
+    <message>
+        <source>Username</source>
+        <translation>Nome de usuário</translation>
+    </message>
+    <message>
+        <source>Password:</source>
+        <translation>Senha:</translation>
+    </message>
+    <message>
+        <source>Password</source>
+        <translation>Senha</translation>
+    </message>
+    <message>
+        <source>Caps Lock is on</source>
+        <translation>Caps Lock está ativado</translation>
+    </message>
+    <message>
+        <source>Domain:</source>
+        <translation>Domínio:</translation>
+    </message>
+    <message>
+        <source>Logging in...</source>
+        <translation>Entrando...</translation>
+    </message>
+    <message>
+        <source>Unlock</source>
+        <translation>Desbloquear</translation>
+    </message>
+    <message>
+        <source>Login</source>
+        <translation>Entrar</translation>
+    </message>
+    <message>
+        <source>Change User</source>
+        <translation>Trocar de usuário</translation>
+    </message>
+    <message>
+        <source>Logout</source>
+        <translation>Sair</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Cancelar</translation>
+    </message>
+    <message>
+        <source>Caps Lock is ON!</source>
+        <translation>Caps Lock está ATIVADO!</translation>
+    </message>
+    <message>
+        <source>Verifying credentials</source>
+        <translation>Verificando credenciais</translation>
+    </message>
+    <message>
+        <source>Logging in</source>
+        <translation>Entrando</translation>
+    </message>
+    <message>
+        <source>Password Changed</source>
+        <translation>Senha alterada</translation>
+    </message>
+    <message>
+        <source>Authentication Error</source>
+        <translation>Erro de autenticação</translation>
     </message>
 </context>
 </TS>

@@ -1,173 +1,6 @@
 <?xml version="1.0" encoding="utf-8"?>
 <!DOCTYPE TS>
-<!-- SPDX-FileCopyrightText: 2026 The qorm-login authors -->
-<!-- SPDX-License-Identifier: MIT -->
 <TS version="2.1" language="zh_CN" sourcelanguage="en">
-<context>
-    <name>ngremotelogin</name>
-    <message>
-        <source>User Authentication</source>
-        <translation>用户身份验证</translation>
-    </message>
-    <message>
-        <source>User picture</source>
-        <translation>用户图片</translation>
-    </message>
-    <message>
-        <source>Username:</source>
-        <translation>用户名：</translation>
-    </message>
-    <message>
-        <source>Username</source>
-        <translation>用户名</translation>
-    </message>
-    <message>
-        <source>Password:</source>
-        <translation>密码：</translation>
-    </message>
-    <message>
-        <source>Password</source>
-        <translation>密码</translation>
-    </message>
-    <message>
-        <source>Caps Lock is on</source>
-        <translation>大写锁定已打开</translation>
-    </message>
-    <message>
-        <source>Domain:</source>
-        <translation>域：</translation>
-    </message>
-    <message>
-        <source>Logging in...</source>
-        <translation>正在登录...</translation>
-    </message>
-    <message>
-        <source>Unlock</source>
-        <translation>解锁</translation>
-    </message>
-    <message>
-        <source>Login</source>
-        <translation>登录</translation>
-    </message>
-    <message>
-        <source>Change User</source>
-        <translation>切换用户</translation>
-    </message>
-    <message>
-        <source>Logout</source>
-        <translation>注销</translation>
-    </message>
-    <message>
-        <source>Cancel</source>
-        <translation>取消</translation>
-    </message>
-    <message>
-        <source>Caps Lock is ON!</source>
-        <translation>大写锁定已打开！</translation>
-    </message>
-    <message>
-        <source>Verifying credentials</source>
-        <translation>正在验证凭据</translation>
-    </message>
-    <message>
-        <source>Logging in</source>
-        <translation>正在登录</translation>
-    </message>
-    <message>
-        <source>Password Changed</source>
-        <translation>密码已更改</translation>
-    </message>
-    <message>
-        <source>Authentication Error</source>
-        <translation>身份验证错误</translation>
-    </message>
-</context>
-<context>
-    <name>LoginWindow</name>
-    <message>
-        <source>Login</source>
-        <translation>登录</translation>
-    </message>
-    <message>
-        <source>Lock picture</source>
-        <translation>锁图片</translation>
-    </message>
-    <message>
-        <source>Please Enter User Password</source>
-        <translation>请输入用户密码</translation>
-    </message>
-    <message>
-        <source>Login Error</source>
-        <translation>登录错误</translation>
-    </message>
-    <message>
-        <source>Password is invalid</source>
-        <translation>密码无效</translation>
-    </message>
-</context>
-<context>
-    <name>SetPassword</name>
-    <message>
-        <source>Dialog</source>
-        <translation>对话框</translation>
-    </message>
-    <message>
-        <source>Password Change/Reset</source>
-        <translation>更改/重置密码</translation>
-    </message>
-    <message>
-        <source>Server Name/IP:</source>
-        <translation>服务器名称/IP：</translation>
-    </message>
-    <message>
-        <source>User Name: </source>
-        <translation>用户名： </translation>
-    </message>
-    <message>
-        <source>Old Password:</source>
-        <translation>旧密码：</translation>
-    </message>
-    <message>
-        <source>New Password:</source>
-        <translation>新密码：</translation>
-    </message>
-    <message>
-        <source>Retype Password:</source>
-        <translation>重新输入密码：</translation>
-    </message>
-    <message>
-        <source>Show old password</source>
-        <translation>显示旧密码</translation>
-    </message>
-    <message>
-        <source>Show new password</source>
-        <translation>显示新密码</translation>
-    </message>
-    <message>
-        <source>Show retyped password</source>
-        <translation>显示重新输入的密码</translation>
-    </message>
-    <message>
-        <source>V</source>
-        <translation>V</translation>
-    </message>
-    <message>
-        <source>Change Password</source>
-        <translation>更改密码</translation>
-    </message>
-    <message>
-        <source>The New Password field is empty</source>
-        <translation>新密码为空</translation>
-    </message>
-    <message>
-        <source>Password Mismatch</source>
-        <translation>密码不一致</translation>
-    </message>
-    <message>
-        <source>The new and retyped password do not match</source>
-        <translation>新密码与重新输入的密码不一致</translation>
-    </message>
-</context>
 <context>
     <name>LoginCfg</name>
     <message>
@@ -270,22 +103,26 @@
     </message>
 </context>
 <context>
-    <name>QPlatformTheme</name>
+    <name>LoginWindow</name>
     <message>
-        <source>OK</source>
-        <translation>确定</translation>
+        <source>Login</source>
+        <translation>登录</translation>
     </message>
     <message>
-        <source>Cancel</source>
-        <translation>取消</translation>
+        <source>Lock picture</source>
+        <translation>锁图片</translation>
     </message>
     <message>
-        <source>&amp;Yes</source>
-        <translation>是(&amp;Y)</translation>
+        <source>Please Enter User Password</source>
+        <translation>请输入用户密码</translation>
     </message>
     <message>
-        <source>&amp;No</source>
-        <translation>否(&amp;N)</translation>
+        <source>Login Error</source>
+        <translation>登录错误</translation>
+    </message>
+    <message>
+        <source>Password is invalid</source>
+        <translation>密码无效</translation>
     </message>
 </context>
 <context>
@@ -317,6 +154,167 @@
     <message>
         <source>Select All</source>
         <translation>全选</translation>
+    </message>
+</context>
+<context>
+    <name>QPlatformTheme</name>
+    <message>
+        <source>OK</source>
+        <translation>确定</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>&amp;Yes</source>
+        <translation>是(&amp;Y)</translation>
+    </message>
+    <message>
+        <source>&amp;No</source>
+        <translation>否(&amp;N)</translation>
+    </message>
+</context>
+<context>
+    <name>SetPassword</name>
+    <message>
+        <source>Dialog</source>
+        <translation>对话框</translation>
+    </message>
+    <message>
+        <source>Password Change/Reset</source>
+        <translation>更改/重置密码</translation>
+    </message>
+    <message>
+        <source>Server Name/IP:</source>
+        <translation>服务器名称/IP：</translation>
+    </message>
+    <message>
+        <source>User Name: </source>
+        <translation>用户名： </translation>
+    </message>
+    <message>
+        <source>Old Password:</source>
+        <translation>旧密码：</translation>
+    </message>
+    <message>
+        <source>New Password:</source>
+        <translation>新密码：</translation>
+    </message>
+    <message>
+        <source>Retype Password:</source>
+        <translation>重新输入密码：</translation>
+    </message>
+    <message>
+        <source>Show old password</source>
+        <translation>显示旧密码</translation>
+    </message>
+    <message>
+        <source>Show new password</source>
+        <translation>显示新密码</translation>
+    </message>
+    <message>
+        <source>Show retyped password</source>
+        <translation>显示重新输入的密码</translation>
+    </message>
+    <message>
+        <source>V</source>
+        <translation>V</translation>
+    </message>
+    <message>
+        <source>Change Password</source>
+        <translation>更改密码</translation>
+    </message>
+    <message>
+        <source>The New Password field is empty</source>
+        <translation>新密码为空</translation>
+    </message>
+    <message>
+        <source>Password Mismatch</source>
+        <translation>密码不一致</translation>
+    </message>
+    <message>
+        <source>The new and retyped password do not match</source>
+        <translation>新密码与重新输入的密码不一致</translation>
+    </message>
+</context>
+<context>
+    <name>ngremotelogin</name>
+    <message>
+        <source>User Authentication</source>
+        <translation>用户身份验证</translation>
+    </message>
+    <message>
+        <source>User picture</source>
+        <translation>用户图片</translation>
+    </message>
+    <message>
+        <source>Username:</source>
+        <translation>用户名：</translation>
+    </message>
+    <message>
+        <source>Username</source>
+        <translation>用户名</translation>
+    </message>
+    <message>
+        <source>Password:</source>
+        <translation>密码：</translation>
+    </message>
+    <message>
+        <source>Password</source>
+        <translation>密码</translation>
+    </message>
+    <message>
+        <source>Caps Lock is on</source>
+        <translation>大写锁定已打开</translation>
+    </message>
+    <message>
+        <source>Domain:</source>
+        <translation>域：</translation>
+    </message>
+    <message>
+        <source>Logging in...</source>
+        <translation>正在登录...</translation>
+    </message>
+    <message>
+        <source>Unlock</source>
+        <translation>解锁</translation>
+    </message>
+    <message>
+        <source>Login</source>
+        <translation>登录</translation>
+    </message>
+    <message>
+        <source>Change User</source>
+        <translation>切换用户</translation>
+    </message>
+    <message>
+        <source>Logout</source>
+        <translation>注销</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Caps Lock is ON!</source>
+        <translation>大写锁定已打开！</translation>
+    </message>
+    <message>
+        <source>Verifying credentials</source>
+        <translation>正在验证凭据</translation>
+    </message>
+    <message>
+        <source>Logging in</source>
+        <translation>正在登录</translation>
+    </message>
+    <message>
+        <source>Password Changed</source>
+        <translation>密码已更改</translation>
+    </message>
+    <message>
+        <source>Authentication Error</source>
+        <translation>身份验证错误</translation>
     </message>
 </context>
 </TS>

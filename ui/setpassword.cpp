@@ -61,7 +61,7 @@ void SetPassword::on_buttonBox_accepted()
 
 void SetPassword::on_buttonBox_rejected()
 {
-    m_message = QStringLiteral("Cancel was selected, no change attempted");
+    m_message = QStringLiteral(QT_TRANSLATE_NOOP("LoginCfg", "Cancel was selected, no change attempted"));
     m_success = false;
     close();
 }
