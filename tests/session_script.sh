@@ -29,6 +29,7 @@ stand_in() { printf '#!/bin/sh\n%s\n' "$(cat)" > "$1"; chmod +x "$1"; }
 
 mkfifo answers commands display
 cp "$programs"/*.xml .
+sed -i "s|/etc/qorm-terminal|$work|" desktop.xml
 stand_in logger <<< 'shift 5; echo "$1" >> journal'
 stand_in sleep <<< '[ "$1" != 1 ] || echo pause >> calls; exec /bin/sleep 0.02'
 # Carries out a command at a time, and has a program that has left its process group.
