@@ -62,7 +62,7 @@ if [ "${1-}" = --twice ]; then
 fi
 rm -rf "$results"
 mkdir -p "$results"
-cp "$work"/first/*.* "$results"
+cp "$work"/first/*_* "$results"
 checksums "$results"
 cd "$results"
 if command -v lintian > /dev/null; then
