@@ -9,6 +9,7 @@
 #             byte
 set -euo pipefail
 cd "${0%/*}"
+umask 022
 results=$PWD/build/packages
 version=$(sed -n 's/^project(.* VERSION \([0-9.]*\) .*/\1/p' CMakeLists.txt)
 
@@ -34,7 +35,7 @@ list_sources() {
 }
 
 # Leaves the packages in the folder $1. The time stamps are those of now, as in a fresh checkout, which dpkg-source turns
-# into that of the changelog; the modes are those of a fresh checkout whatever the umask.
+# into that of the changelog; the modes are the same whatever those of the checkout are.
 build_in() {
     local sources=$1/qorm-login-$version
     mkdir -p "$sources"
