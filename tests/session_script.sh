@@ -63,7 +63,8 @@ END
 echo '<c><user><system><security><enableremoteauth>true</enableremoteauth><remoteauthserver>dc1</remoteauthserver>
 <remoteauthtype>LDAPS</remoteauthtype><remoteauthdomain>example.org</remoteauthdomain></security></system></user></c>' \
     > config.xml
-Xvfb -displayfd 3 -nolisten tcp -screen 0 1600x600x24 2> /dev/null 3> display &
+# It stays as it is when its only client ends: a new start of the server would turn the next one away.
+Xvfb -displayfd 3 -noreset -nolisten tcp -screen 0 1600x600x24 2> /dev/null 3> display &
 read -r DISPLAY < display
 export DISPLAY=:$DISPLAY
 
