@@ -85,7 +85,6 @@ sessions() {
 # Brings translations/*.ts up to date; fails while one has a sentence without a translation, or one that nobody shows.
 # Translated() of the login chain is its tr().
 translations() {
-    lab/install
     lupdate -silent -I . app base config ldap ui translations -locations none -tr-function-alias tr+=Translated \
         -ts translations/*.ts
     ! grep -B 2 'translation type=' translations/*.ts

@@ -9,7 +9,8 @@ bool Collect(QProcess& process, ChildOutput& output)
 {
     output.standardOutput += process.readAllStandardOutput();
     output.standardError += process.readAllStandardError();
-    return output.standardOutput.size() + output.standardError.size() <= MaxChildOutputBytes;
+    return output.standardOutput.size() + output.standardError.size() <= MaxChildOutputBytes
+        && output.standardOutput.count('\n') + output.standardError.count('\n') <= MaxChildOutputLines;
 }
 
 } // namespace

@@ -14,9 +14,10 @@ struct ChildDeleter {
 };
 using ChildProcess = std::unique_ptr<QProcess, ChildDeleter>;
 
-// More output than this and a child counts as one that never finishes, so that a flood can't take the memory: as lines
-// of one letter it takes some thirty times as much here. An ordinary root entry of a directory has 5 KB.
+// More output than this and a child counts as one that never finishes, so that a flood can't take the memory; a line
+// costs some 60 bytes here, however short it is. An ordinary root entry of a directory has 5 KB and 100 lines.
 constexpr qint64 MaxChildOutputBytes = qint64(1024) * 1024;
+constexpr int MaxChildOutputLines = 100000;
 
 struct ChildOutput {
     QByteArray standardOutput; // with merged channels: both

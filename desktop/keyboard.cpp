@@ -4,6 +4,7 @@
 
 #include <QX11Info>
 #include <X11/XKBlib.h> // last: its macros break Qt's headers
+#include <X11/keysym.h>
 
 namespace {
 
@@ -22,6 +23,22 @@ bool CapsLockOn()
 quint32 ServerTime()
 {
     return QX11Info::isPlatformX11() ? static_cast<quint32>(QX11Info::getTimestamp()) : 0;
+}
+
+Key KeyOf(quint32 keyCode)
+{
+    Display* display = QX11Info::display();
+    switch (display ? XkbKeycodeToKeysym(display, static_cast<KeyCode>(keyCode), 0, 0) : NoSymbol) {
+    case XK_Return:
+    case XK_KP_Enter:
+        return Key::Return;
+    case XK_Escape:
+        return Key::Escape;
+    case XK_space:
+        return Key::Space;
+    default:
+        return Key::Other;
+    }
 }
 
 std::bitset<KeyCodes> KeysDown()

@@ -13,6 +13,10 @@ bool CapsLockOn();
 // server.
 quint32 ServerTime();
 
+// What a key code of X means to a screen; Return is Enter of the number pad, too.
+enum class Key { Return, Escape, Space, Other };
+Key KeyOf(quint32 keyCode);
+
 // The keys that are held down, by their X key codes.
 constexpr std::size_t KeyCodes = 256;
 std::bitset<KeyCodes> KeysDown();

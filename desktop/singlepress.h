@@ -2,33 +2,29 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QMap>
-#include <QObject>
+#include "desktop/keyboard.h"
 
-class QKeyEvent;
+#include <QAbstractNativeEventFilter>
+#include <QGuiApplication>
 
 // Makes one press one action. A key that is held down repeats; those that start something (Return, Enter, Escape, Space
 // on a button) count once until they are let go, whatever windows come and go meanwhile, and not at all when they were
 // down before this program came. The second click of a double click presses no button: something else can lie there by
-// then. Filters the events of the application.
-class SinglePress : public QObject {
+// then. Filters the events of the application; keys as they come from the X server, as Qt keeps those for a window
+// behind a box to itself, releases too.
+class SinglePress : public QObject, public QAbstractNativeEventFilter {
 public:
-    explicit SinglePress(QObject* application);
+    explicit SinglePress(QGuiApplication* application);
     ~SinglePress() override;
 
     // Counts every key that is down now as held, as after a time in which presses were lost or are not to count.
     static void HoldKeysDown();
 
+    bool nativeEventFilter(const QByteArray& eventType, void* message, long* result) override;
     bool eventFilter(QObject* object, QEvent* event) override;
 
 private:
-    struct Press {
-        ulong pressed = 0; // the server's times in ms; 0 when it was not seen
-        quint32 letGo = 0; // when the key was found to be up, 0 before
-    };
+    void ForgetKeysLetGo(Qt::ApplicationState state);
 
-    bool IsRepeat(const QKeyEvent* event);
-    void NoteKeysLetGo();
-
-    QMap<quint32, Press> m_held; // by X key code
+    std::bitset<KeyCodes> m_held;
 };

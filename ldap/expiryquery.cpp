@@ -73,6 +73,7 @@ bool LdapHandler::CheckPassword()
     m_lastError.clear();
     m_lastCode.clear();
     m_complaint.clear();
+    m_messages.clear();
     m_uri = FindNamingContext();
     if (m_uri.isEmpty()) {
         m_lastError = QStringLiteral(QT_TRANSLATE_NOOP("LoginCfg", "Could not contact LDAP server"));

@@ -9,6 +9,7 @@
 #include <QDebug>
 #include <QProcessEnvironment>
 #include <QTextStream>
+#include <utility>
 
 LdapHandler* LdapHandler::s_instance = nullptr;
 QString LdapHandler::s_serverName;
@@ -105,10 +106,11 @@ QStringList LdapHandler::RunCommand(const QString& program, const QStringList& a
     ChildOutput output;
     if (!RunChild(*process, program, arguments, StartTimeoutMs, FinishTimeoutMs, output, m_whileClientRuns))
         return {};
-    const QString outputText = TextOf(output.standardOutput);
+    const QString outputText = TextOf(std::exchange(output.standardOutput, {})); // a flood need not be here twice
     WriteLog(label + QStringLiteral(" - SUCCESS"), outputText);
-    const QString errorText = TextOf(output.standardError);
+    const QString errorText = TextOf(std::exchange(output.standardError, {}));
     WriteLog(label + QStringLiteral(" - ERROR"), errorText);
+    m_errorLines.clear();
     m_errorLines = errorText.split(QLatin1Char('\n'));
     return outputText.split(QLatin1Char('\n'));
 }

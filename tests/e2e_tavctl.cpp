@@ -92,10 +92,11 @@ private slots:
         SetUpClient({});
         const Configuration configuration
             = ConfigurationFor(QStringLiteral("dc1.example.org"), QStringLiteral("LDAPS"));
+        // The process group: what stands first in it only watches over the directory.
         const auto directory = static_cast<pid_t>(FileText(QStringLiteral("/tmp/dc/pid")).toInt());
-        QVERIFY(directory > 0 && kill(directory, SIGSTOP) == 0);
+        QVERIFY(directory > 0 && kill(-directory, SIGSTOP) == 0);
         const auto [status, output] = RunTavctl({}, {QStringLiteral("probe")});
-        kill(directory, SIGCONT);
+        kill(-directory, SIGCONT);
         QCOMPARE(CodesIn(output), QStringLiteral("port-silent"));
         QCOMPARE(status, 1);
     }
