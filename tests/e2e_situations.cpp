@@ -334,11 +334,11 @@ private:
     }
 
     // The dialog's message line has a colour of its own, which the default style sheet gives it.
-    static qint64 MessagePixels()
+    static qint64 MessagePixels(int tolerance = 0)
     {
         const QRegularExpression rule(QStringLiteral("#lblMessage[^{]*\\{ color: #([0-9a-f]{6})"));
         const QString sheet = QString::fromUtf8(FileText(QStringLiteral(PROJECT_DIR "/tav3/default.qss")));
-        return CountPixels(rule.match(sheet).captured(1).toUInt(nullptr, 16));
+        return CountPixels(rule.match(sheet).captured(1).toUInt(nullptr, 16), tolerance);
     }
 
     // The ring around what has the focus, in the accent colour of the default style sheet, as does the default button.
@@ -360,7 +360,7 @@ private:
         return MessagePixels() == 0 && PointerPicture() == m_idlePointer;
     }
 
-    bool LooksBusy() const { return MessagePixels() > 20 && PointerPicture() != m_idlePointer; }
+    bool LooksBusy() const { return MessagePixels(16) > 20 && PointerPicture() != m_idlePointer; }
 
     bool ManageWindows()
     {
@@ -489,6 +489,7 @@ private:
         {"paste", [this](Text text) { return Paste(text); }},
         {"saves", [this](Text text) { return m_user = UserOf(text), true; }},
         {"see", [this](Text text) { return Sees(text); }},
+        {"quiet", [this](Text) { return Eventually([] { return MessagePixels() == 0; }); }},
         {"ring", [this](Text) { return HasRing(); }},
         {"busy", [this](Text) { return Eventually([&] { return LooksBusy(); }); }},
         {"idle", [this](Text) { return Eventually([&] { return LooksIdle(); }); }},

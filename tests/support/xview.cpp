@@ -30,11 +30,10 @@ Window Focused(Display* display)
     return window == PointerRoot ? None : window;
 }
 
-// No channel differs by more than a 16th of its range.
-bool AreAlike(quint32 one, quint32 other)
+bool AreAlike(quint32 one, quint32 other, int tolerance)
 {
     for (int shift = 0; shift < 24; shift += 8) {
-        if (std::abs(int(one >> shift & 0xff) - int(other >> shift & 0xff)) > 16)
+        if (std::abs(int(one >> shift & 0xff) - int(other >> shift & 0xff)) > tolerance)
             return false;
     }
     return true;
@@ -42,14 +41,14 @@ bool AreAlike(quint32 one, quint32 other)
 
 } // namespace
 
-qint64 CountPixels(quint32 colour)
+qint64 CountPixels(quint32 colour, int tolerance)
 {
     const auto display = OpenDisplay();
     XImage* grab = XGetImage(display.get(), DefaultRootWindow(display.get()), 0, 0, ScreenWidth, ScreenHeight, 0xffffff,
                              ZPixmap); // without what stands in the fourth byte
     const auto* pixels = reinterpret_cast<const quint32*>(grab->data);
     const qint64 count = std::count_if(pixels, pixels + ScreenWidth * ScreenHeight,
-                                       [colour](quint32 pixel) { return AreAlike(pixel, colour); });
+                                       [=](quint32 pixel) { return AreAlike(pixel, colour, tolerance); });
     XDestroyImage(grab);
     return count;
 }
