@@ -41,7 +41,6 @@ SinglePress::SinglePress(QGuiApplication* application) : QObject(application)
     HoldKeysDown();
     application->installEventFilter(this);
     application->installNativeEventFilter(this);
-    connect(application, &QGuiApplication::applicationStateChanged, this, &SinglePress::ForgetKeysLetGo);
 }
 
 SinglePress::~SinglePress()
@@ -69,6 +68,10 @@ bool SinglePress::nativeEventFilter(const QByteArray& eventType, void* message, 
     case XCB_KEY_RELEASE:
         m_held.reset(key->detail);
         return false;
+    case XCB_FOCUS_IN: // releases may have gone elsewhere meanwhile
+        if (m_held.any())
+            m_held &= KeysDown();
+        return false;
     default:
         return false;
     }
@@ -80,11 +83,4 @@ bool SinglePress::eventFilter(QObject* object, QEvent* event)
     if (event->type() == QEvent::MouseButtonDblClick && object->isWindowType())
         return IsOnButton(static_cast<QMouseEvent*>(event));
     return QObject::eventFilter(object, event);
-}
-
-// While no window of ours was active the releases went elsewhere.
-void SinglePress::ForgetKeysLetGo(Qt::ApplicationState state)
-{
-    if (state == Qt::ApplicationActive && m_held.any())
-        m_held &= KeysDown();
 }

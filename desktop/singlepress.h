@@ -24,7 +24,5 @@ public:
     bool eventFilter(QObject* object, QEvent* event) override;
 
 private:
-    void ForgetKeysLetGo(Qt::ApplicationState state);
-
     std::bitset<KeyCodes> m_held;
 };
