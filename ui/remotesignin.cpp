@@ -190,7 +190,7 @@ void ngremotelogin::AskForShutdown()
         ChildOutput none;
         RunChild(*prompt, QStringLiteral("wshutdown"), QStringList(), 0, -1, none); // missing or failing: we come back
     });
-    QWidget::setVisible(true);           // past QDialog, which would select what is in the field
+    QWidget::setVisible(true); // NOLINT(bugprone-parent-virtual-call): past QDialog, which selects what is in a field
     QApplication::setActiveWindow(this); // no window manager may be there to say so
 }
 
