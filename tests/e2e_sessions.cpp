@@ -219,7 +219,7 @@ private:
     void Step()
     {
         if (m_inputs.isEmpty() && !m_waiting.isValid())
-            on_exit([](int status, void*) { s_player->End(status); }, nullptr); // before main()'s own
+            on_exit([](int status, void*) { s_player->End(status); }, nullptr);
         if (!m_waiting.isValid())
             m_waiting.start();
         const QString held = std::exchange(m_held, {});
