@@ -27,7 +27,7 @@ install_build_dependencies() {
 
 # What belongs to the project, as it stands now: nothing that was built, and no history.
 list_sources() {
-    if [ -e .git ]; then
+    if [ -e .git ] && command -v git > /dev/null; then
         git ls-files -z
     else
         find . -path './build*' -prune -o -type f -print0
