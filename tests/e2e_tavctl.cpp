@@ -147,7 +147,7 @@ private:
                   "TLS_CACERT " + Tls.toUtf8() + "/ca.pem\n"
                       + QString(lines).replace(QStringLiteral("{home}"), m_home.path()).toUtf8() + '\n');
         // A policy of the whole system, for the rows that name it.
-        WriteFile(QStringLiteral("/tmp/gnutls.conf"),
+        WriteFile(QStringLiteral("/tmp/dc/gnutls.conf"),
                   "[overrides]\ndisabled-version = tls1.0\ndisabled-version = tls1.1\n");
     }
 

@@ -65,8 +65,8 @@ void UsePicture()
     QImage picture(400, 500, QImage::Format_RGB32);
     picture.fill(PictureColour);
     ShellIn(QStringLiteral("/tmp"),
-            QStringLiteral("mkdir -p config/files; ln -sf /tmp/picture.jpg config/files/login.jpg"));
-    QVERIFY(picture.save(QStringLiteral("/tmp/picture.jpg")));
+            QStringLiteral("mkdir -p config/files; ln -sf ../picture.jpg config/files/login.jpg"));
+    QVERIFY(picture.save(QStringLiteral("/tmp/config/picture.jpg")));
 }
 
 // Takes steps, between blanks: "field=text" enters a text; others press Escape, click a button or call a slot.
