@@ -71,6 +71,8 @@ export DISPLAY=:$DISPLAY
 start_session() { terminal-session 2> session.log & session=$!; }
 on_desktop() { printf '%s\n' "$1" > commands; } # by a program of the desktop
 window() { xdotool search --sync --onlyvisible --name "^$1\$"; }
+# Keys reach a window only once it has the focus.
+in_front() { [ "$(xdotool getwindowfocus -f getwindowname 2> /dev/null)" = "$1" ]; }
 # Which virtual desktop: 0 the user's, 1 the gate's.
 in_view() { [ "$(xprop -root _NET_CURRENT_DESKTOP)" = "_NET_CURRENT_DESKTOP(CARDINAL) = $1" ]; }
 # A request to lock that comes while the gate still runs, or openbox is replaced, changes nothing.
@@ -99,7 +101,7 @@ every_status() {
 press() { xdotool key --delay 20 "$@"; }
 # At the gate: the keys that lead to the field or button, then what is typed there.
 sign_in() {
-    window 'User Authentication' > /dev/null
+    await in_front 'User Authentication'
     [ $# = 2 ] || press "${@:3}"
     xdotool type --delay 5 "$1"$'\t'"$2"
     press Return
@@ -120,7 +122,7 @@ real_users() {
     await signed_in second
     await in_view 0
     await locks
-    window 'User Authentication' > /dev/null
+    await in_front 'User Authentication'
     press Tab Tab Tab space # Logout
     await at_the_start
     grep '^event' journal | diff - <(printf 'event=sec01 user=%s\n' first second)
@@ -208,7 +210,7 @@ lock_holds() {
     done
     await grep -q "The gate ended with 6" journal
     nothing_is_open "the third refusal"
-    window 'User Authentication' > /dev/null
+    await in_front 'User Authentication'
     press ctrl+a
     xdotool type Lantern
     press Return
@@ -225,7 +227,7 @@ lock_ends() {
     await in_view 0
     open_windows
     await locks
-    window 'User Authentication' > /dev/null
+    await in_front 'User Authentication'
     kill -KILL "$(pgrep -s 0 -x "$1")"
     await no_window_left
     await at_the_start
