@@ -37,9 +37,6 @@ constexpr int SessionLimitMs = 120000;
 constexpr int DoubleClickMs = 200;
 constexpr int HoldMs = 330; // in which a key repeats four times
 
-// Not yet: the second press moves the focus to the button that has come under the pointer, away from the name.
-constexpr bool ClicksTwice = true;
-
 // Notes what it was asked and told, and does not like a weak password.
 const char PasswordTool[] = R"sh(
 printf 'Old SMB password:'; read -r old; printf 'New SMB password:'; read -r new
@@ -319,7 +316,7 @@ private:
             return Hold(inField ? OneOf("Return Escape") : OneOf("Return space Escape"));
         if (choice < 83 && inField)
             return Press(u"Menu"_s);
-        if (choice < 86 && ClicksTwice && m_model.Order().size() > 3)
+        if (choice < 86 && m_model.Order().size() > 3)
             return Click(m_model.Order().at(3), 2);
         if (inField)
             return Press(m_model.IsEmpty() && choice < 97 ? u"Tab"_s : u"Return"_s); // few attempts with an empty field
