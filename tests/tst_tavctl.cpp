@@ -3,21 +3,19 @@
 #include "config/logincfg.h"
 #include "tavctl/report.h"
 #include "tests/support/table.h"
+#include "tests/support/tavctlrun.h"
 #include "tests/support/testsupport.h"
 
 #include <QDir>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
-#include <QRegularExpression>
 #include <QTest>
 #include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
 
-const QString Program = QStringLiteral(BUILD_DIR "/bin/tavctl");
 const QString SavedFile = QStringLiteral("/tmp/.user.1");
 const QMap<QString, QString> Sound{
     {QStringLiteral("remote"),
@@ -40,15 +38,8 @@ struct Result {
 
 Result Run(const QString& words, const QByteArray& input = {})
 {
-    QProcess process;
-    process.start(Program, words.split(QLatin1Char(' '), Qt::SkipEmptyParts));
-    process.write(input);
-    process.closeWriteChannel();
-    const bool ended = process.waitForFinished() && process.exitStatus() == QProcess::NormalExit;
-    const QString error = QString::fromUtf8(process.readAllStandardError());
-    const QString status = ended ? QString::number(process.exitCode()) : QStringLiteral("does not end");
-    return {QStringLiteral("%1 %2").arg(status, error.section(QLatin1Char(' '), 0, 1)).trimmed(),
-            QString::fromUtf8(process.readAllStandardOutput())};
+    const auto [status, output, error] = RunTavctl(words.split(QLatin1Char(' '), Qt::SkipEmptyParts), input);
+    return {QStringLiteral("%1 %2").arg(status).arg(error.section(QLatin1Char(' '), 0, 1)).trimmed(), output};
 }
 
 // In a cell "%e4" is a byte, and "x*9" nine times that.
@@ -56,16 +47,6 @@ QByteArray Bytes(const char* column)
 {
     const QStringList parts = Text(column).split(QLatin1Char('*'));
     return QByteArray::fromPercentEncoding(parts.first().toUtf8()).repeated(qMax(1, parts.last().toInt()));
-}
-
-// The codes of the findings, in their order.
-QString CodesIn(const QString& report)
-{
-    static const QRegularExpression code(QStringLiteral("\\[([a-z-]+)\\]\\n"));
-    QStringList codes;
-    for (auto match = code.globalMatch(report); match.hasNext();)
-        codes += match.next().captured(1);
-    return codes.join(QLatin1Char(' '));
 }
 
 const QString AllTools = QStringLiteral("ldapsearch send_event.sh wshutdown");
@@ -131,7 +112,7 @@ private slots:
     {
         QProcess terminal;
         terminal.start(QStringLiteral("script"),
-                       {QStringLiteral("-qec"), Program + QStringLiteral(" hash"), QStringLiteral("/dev/null")});
+                       {QStringLiteral("-qec"), TavctlProgram + QStringLiteral(" hash"), QStringLiteral("/dev/null")});
         QByteArray shown;
         for (const auto& [prompt, column] :
              {std::pair("Password: ", "typed"), std::pair("Password again: ", "again")}) {
