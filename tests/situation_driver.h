@@ -90,17 +90,13 @@ private:
     // 0 when it does not run.
     pid_t Program() const { return m_gate && !m_gate->EndsWithin(0) ? m_gate->ProcessId() : 0; }
 
-    bool Start()
+    void Start()
     {
         m_gate.reset();
         m_lastSignal.clear();
         m_configuration = std::make_unique<Configuration>(m_start.settings);
-        const QStringList folder{QFile::decodeName(qgetenv("TAV3_CONFIG_DIR"))};
-        if (!m_start.damage.isEmpty() && !m_stage.RunScript(m_start.damage, folder))
-            return false;
         m_checks.BeforeStart();
         m_gate = std::make_unique<Gate>(m_start.arguments, m_start.wrapper);
-        return true;
     }
 
     bool ManageWindows()
@@ -173,7 +169,6 @@ private:
              m_start.settings[Before(QLatin1Char('='), text)] = Spaced(After(QLatin1Char('='), text));
              return true;
          }},
-        {"damage", [this](Text text) { return m_start.damage = text, true; }},
         {"under", [this](Text text) { return m_start.wrapper += Parts(text), true; }},
         {"arg", [this](Text text) { return m_start.arguments += text, true; }},
         // What happens around the program
@@ -182,7 +177,7 @@ private:
         {"until", [this](Text text) { return Eventually([&] { return m_stage.RunScript(text); }); }},
         {"dc", [this](Text text) { return m_stage.domain->Tell(Parts(text).first(), Parts(text).mid(1)), true; }},
         {"wm", [this](Text) { return ManageWindows(); }},
-        {"start", [this](Text) { return Start(); }},
+        {"start", [this](Text) { return Start(), true; }},
         {"kill", [this](Text text) { return Kill(text); }},
         {"x-gone", [this](Text) { return m_stage.desktop.reset(), true; }},
         {"descriptors", [this](Text text) { return LimitDescriptors(text.toUInt()); }},
@@ -219,7 +214,6 @@ private:
         QMap<QString, QString> settings;
         QStringList arguments;
         QStringList wrapper;
-        QString damage;
     } m_start; // what the next start of the program is to find
     QString m_lastSignal;
     Service m_windowManager;

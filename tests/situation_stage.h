@@ -47,10 +47,10 @@ public:
     }
 
     // Runs a script, "NAME+ARGUMENT+ARGUMENT"; whether it succeeded.
-    bool RunScript(const QString& text, const QStringList& firstArguments = {}) const
+    bool RunScript(const QString& text) const
     {
         const QStringList words = text.split(QLatin1Char('+'));
-        return QProcess::execute(Path("do/") + words.first(), firstArguments + words.mid(1)) == 0;
+        return QProcess::execute(Path("do/") + words.first(), words.mid(1)) == 0;
     }
 
     // Makes a tool, "NAME=SCRIPT", that notes each call, briefly as a file may have to stay small, and then is the
