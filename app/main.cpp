@@ -5,7 +5,7 @@
 #include "base/hardening.h"
 #include "config/logincfg.h"
 #include "desktop/fonts.h"
-#include "desktop/maskedfields.h"
+#include "desktop/maskingapplication.h"
 #include "desktop/nobusofourown.h"
 #include "desktop/plainstyle.h"
 #include "desktop/restingcaret.h"
@@ -58,7 +58,6 @@ int RunRemoteDialog(const QString& programPath, LoginCfg& cfg)
 void SetUpDesktop(QApplication& application)
 {
     InstallTranslation(application);
-    MaskSecretFields();
     new WindowActivator(&application);
     new RestingCaret(&application, CaretRestMs);
     new SingleLine(&application);
@@ -86,7 +85,7 @@ int main(int argc, char** argv)
     QApplication::setStyle(new PlainStyle); // owned by the application
     LoadFontConfiguration();
     auto noBus = std::make_unique<NoBusOfOurOwn>();
-    QApplication app(argc, argv);
+    MaskingApplication app(argc, argv);
     noBus.reset();
     SetUpDesktop(app);
     const QStringList commandLine = QCoreApplication::arguments();

@@ -1,10 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The qorm-login authors
 // SPDX-License-Identifier: MIT
-#include "desktop/maskedfields.h"
+#include "desktop/maskingapplication.h"
 
 #include <QAccessible>
 #include <QAccessibleWidget>
-#include <QApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
 
@@ -108,44 +107,18 @@ void Announce(QAccessibleEvent* event)
     }
 }
 
-// Brings the keys past the bridge, whose filter of the application's events would report each of them, and hold it back
-// until somebody on the bus has answered. All of them, or letters would overtake the Tab before them: a screen reader
-// hears what the keys do, but its own commands don't work here.
-class SilentKeys : public QObject {
-public:
-    explicit SilentKeys(QObject* application) : QObject(application) { application->installEventFilter(this); }
-
-    bool eventFilter(QObject* target, QEvent* event) override
-    {
-        const QEvent::Type type = event->type();
-        if (type != QEvent::ShortcutOverride && type != QEvent::KeyPress && type != QEvent::KeyRelease)
-            return false;
-        if (!event->spontaneous() || !QAccessible::isActive())
-            return false;
-        if (type == QEvent::ShortcutOverride) { // comes before each key press
-            qApp->installEventFilter(this);     // in front again, as the bridge can connect at any time
-            return false;
-        }
-        SendSilently(target, static_cast<QKeyEvent*>(event));
-        return true;
-    }
-
-private:
-    static void SendSilently(QObject* target, QKeyEvent* key)
-    {
-        QKeyEvent copy(key->type(), key->key(), key->modifiers(), key->nativeScanCode(), key->nativeVirtualKey(),
-                       key->nativeModifiers(), key->text(), key->isAutoRepeat(), ushort(key->count()));
-        copy.setTimestamp(key->timestamp());
-        QCoreApplication::sendEvent(target, &copy); // which does not count as coming from the display
-        key->setAccepted(copy.isAccepted());
-    }
-};
-
 } // namespace
 
-void MaskSecretFields()
+MaskingApplication::MaskingApplication(int& argc, char** argv) : QApplication(argc, argv)
 {
-    new SilentKeys(qApp);
     QAccessible::installFactory(MakeMaskedField);
     QAccessible::installUpdateHandler(Announce);
+}
+
+// Qt's bridge to the bus reports each key that comes from the display, and holds it back until somebody there has
+// answered. What is sent anew counts as the program's own. All keys, or letters would overtake the Tab before them.
+bool MaskingApplication::notify(QObject* receiver, QEvent* event)
+{
+    const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
+    return isKey && event->spontaneous() ? sendEvent(receiver, event) : QApplication::notify(receiver, event);
 }
