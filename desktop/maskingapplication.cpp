@@ -37,11 +37,7 @@ public:
         return state;
     }
 
-    QString text(QAccessible::Text kind) const override
-    {
-        return kind == QAccessible::Value ? Masked(characterCount()) : QAccessibleWidget::text(kind);
-    }
-
+    using QAccessibleWidget::text; // of the name
     QString text(int start, int end) const override { return Masked(characterCount()).mid(start, end - start); }
     int characterCount() const override { return m_field->text().size(); }
     int cursorPosition() const override { return m_field->cursorPosition(); }
@@ -107,6 +103,12 @@ void Announce(QAccessibleEvent* event)
     }
 }
 
+// What was made before the field was known as secret would show its text.
+void MakeAccessibleAnew(QObject* field)
+{
+    QAccessible::deleteAccessibleInterface(QAccessible::uniqueId(QAccessible::queryAccessibleInterface(field)));
+}
+
 } // namespace
 
 MaskingApplication::MaskingApplication(int& argc, char** argv) : QApplication(argc, argv)
@@ -115,10 +117,12 @@ MaskingApplication::MaskingApplication(int& argc, char** argv) : QApplication(ar
     QAccessible::installUpdateHandler(Announce);
 }
 
-// Qt's bridge to the bus reports each key that comes from the display, and holds it back until somebody there has
-// answered. What is sent anew counts as the program's own. All keys, or letters would overtake the Tab before them.
 bool MaskingApplication::notify(QObject* receiver, QEvent* event)
 {
+    if (event->type() == QEvent::DynamicPropertyChange && IsSecret(receiver))
+        MakeAccessibleAnew(receiver);
+    // Qt's bridge to the bus reports each key that comes from the display, and holds it back until somebody there has
+    // answered. What is sent anew counts as the program's own. All keys, or letters would overtake the Tab before them.
     const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
     return isKey && event->spontaneous() ? sendEvent(receiver, event) : QApplication::notify(receiver, event);
 }
