@@ -26,17 +26,6 @@ constexpr int MaxErrorEntries = 100;
 
 const char BackgroundPicture[] = "/tmp/config/files/login.jpg";
 
-// Before Qt reads a PNG by itself it loads every image plugin of the machine, to ask each whether the picture is its
-// own. While one of these lives it finds none.
-class WithoutPlugins {
-public:
-    WithoutPlugins() { QCoreApplication::setLibraryPaths({}); }
-    ~WithoutPlugins() { QCoreApplication::setLibraryPaths(m_paths); }
-    Q_DISABLE_COPY(WithoutPlugins)
-private:
-    const QStringList m_paths = QCoreApplication::libraryPaths();
-};
-
 } // namespace
 
 ngremotelogin::ngremotelogin(LoginCfg* configuration, QWidget* parent)
@@ -66,12 +55,16 @@ ngremotelogin::ngremotelogin(LoginCfg* configuration, QWidget* parent)
 
 ngremotelogin::~ngremotelogin() = default;
 
+// Before Qt reads a PNG by itself it loads every image plugin of the machine, to ask each whether the picture is its
+// own. Meanwhile it finds none.
 void ngremotelogin::BuildForm()
 {
-    const WithoutPlugins picturesAreBuiltIn;
+    const QStringList pluginFolders = QCoreApplication::libraryPaths();
+    QCoreApplication::setLibraryPaths({});
     ui->setupUi(this);
     SharpenPictures();
     setWindowIcon(QIcon(QStringLiteral(":/images/orvek_logo_black_32.png")));
+    QCoreApplication::setLibraryPaths(pluginFolders);
 }
 
 // On a dense screen the form's pictures are replaced by those of twice the size, which only QIcon looks for.
