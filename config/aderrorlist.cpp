@@ -3,7 +3,7 @@
 #include "config/logincfg.h"
 
 // Not the same as the handler's table: no "775", no "9999", and "531" says "on this time"; all three are intended.
-const QString LoginCfg::AdErrorList[AdErrorSlots] = {
+const QString LoginCfg::AdErrorList[] = {
     QStringLiteral("52e,Invalid username or password"),
     QStringLiteral("773,You must reset your password before you can log in to this unit."),
     QStringLiteral("52E,Invalid username or password"),

@@ -52,8 +52,7 @@ public:
     bool LdapSearchLoginToServer(const QString& server, const QString& user, const QString& password, bool useLdaps);
 
     // "code,message" entries for the remote-login dialog; an empty one ends the list.
-    static constexpr int AdErrorSlots = 14;
-    static const QString AdErrorList[AdErrorSlots];
+    static const QString AdErrorList[];
 
     QString terminalPassword; // as stored: obscured or hashed
     bool needAuthentication = false;

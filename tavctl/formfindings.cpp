@@ -8,7 +8,6 @@
 #include <QMap>
 #include <QRegularExpression>
 #include <algorithm>
-#include <array>
 #include <numeric>
 #include <vector>
 
@@ -26,17 +25,13 @@ struct KnownKey {
     QString Section() const { return name == QLatin1String("uselegacyapplets") ? SystemInfo : Security; }
     QString Path() const { return Section() + QLatin1Char('/') + name; }
 };
-const std::array<KnownKey, 11> KnownKeys{{{QStringLiteral("uselegacyapplets"), Kind::Switch},
-                                          {QStringLiteral("enableterminalpass"), Kind::Switch},
-                                          {QStringLiteral("terminalpass"), Kind::Password},
-                                          {QStringLiteral("enablelocalauth"), Kind::Switch},
-                                          {QStringLiteral("localauthpass"), Kind::Password},
-                                          {QStringLiteral("enableremoteauth"), Kind::Switch},
-                                          {QStringLiteral("remoteauthserver"), Kind::Text},
-                                          {QStringLiteral("remoteauthtype"), Kind::Text},
-                                          {QStringLiteral("remoteauthdomain"), Kind::Text},
-                                          {QStringLiteral("remoteauthport"), Kind::Text},
-                                          {QStringLiteral("reqcert"), Kind::Switch}}};
+const std::vector<KnownKey> KnownKeys{
+    {QStringLiteral("uselegacyapplets"), Kind::Switch}, {QStringLiteral("enableterminalpass"), Kind::Switch},
+    {QStringLiteral("terminalpass"), Kind::Password},   {QStringLiteral("enablelocalauth"), Kind::Switch},
+    {QStringLiteral("localauthpass"), Kind::Password},  {QStringLiteral("enableremoteauth"), Kind::Switch},
+    {QStringLiteral("remoteauthserver"), Kind::Text},   {QStringLiteral("remoteauthtype"), Kind::Text},
+    {QStringLiteral("remoteauthdomain"), Kind::Text},   {QStringLiteral("remoteauthport"), Kind::Text},
+    {QStringLiteral("reqcert"), Kind::Switch}};
 
 using Element = TavXmlForm::Element;
 

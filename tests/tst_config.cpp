@@ -52,11 +52,24 @@ private slots:
             WriteFile(m_tools->Path(QLatin1String(file)), Text(file).toUtf8());
         const LoginCfg cfg(true);
         QTEST(Joined(TakeMessages()), "log");
-        QString values;
-        QDebug(&values) << cfg.needAuthentication << cfg.terminalPassword << cfg.localAuthPassword
-                        << cfg.localAuthEnabled << cfg.remoteAuthEnabled << cfg.authEnabled << cfg.remoteServer
-                        << cfg.backupServer << cfg.serverType << cfg.remoteDomain << cfg.requireCert << cfg.remotePort;
-        QTEST(values.trimmed(), "values");
+        const std::pair<const char*, QVariant> members[]{{"needAuthentication", cfg.needAuthentication},
+                                                         {"terminalPassword", cfg.terminalPassword},
+                                                         {"localAuthPassword", cfg.localAuthPassword},
+                                                         {"localAuthEnabled", cfg.localAuthEnabled},
+                                                         {"remoteAuthEnabled", cfg.remoteAuthEnabled},
+                                                         {"authEnabled", cfg.authEnabled},
+                                                         {"remoteServer", cfg.remoteServer},
+                                                         {"backupServer", cfg.backupServer},
+                                                         {"serverType", cfg.serverType},
+                                                         {"remoteDomain", cfg.remoteDomain},
+                                                         {"requireCert", cfg.requireCert},
+                                                         {"remotePort", cfg.remotePort}};
+        QStringList values; // without those that are false or empty
+        for (const auto& [name, value] : members) {
+            if (const QString text = value.toString(); !text.isEmpty() && text != QLatin1String("false"))
+                values += QLatin1String(name) + QLatin1Char('=') + text;
+        }
+        QTEST(Joined(values), "values");
     }
 
     void LocalPassword_data() { LoadTable("config.tsv"); }
