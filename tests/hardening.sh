@@ -16,6 +16,14 @@ expect() {
     fi
 }
 
+# expect_not FAULT PATTERN TEXT
+expect_not() {
+    if printf '%s\n' "$3" | grep -Eq "$2"; then
+        echo "$file: $1"
+        status=1
+    fi
+}
+
 for file in "$@"; do
     headers=$(readelf -hldW "$file")
     imports=$(readelf --dyn-syms -W "$file")
@@ -26,6 +34,8 @@ for file in "$@"; do
     expect "read-only relocations (RELRO)" 'GNU_RELRO' "$headers"
     expect "binding of all symbols at the start" 'BIND_NOW' "$headers"
     expect "stack that is data only" 'GNU_STACK .* RW ' "$headers"
+    # The current directory, to the loader.
+    expect_not "empty entry in the run path" 'Library r(un)?path: \[(.*:)?(:.*)?\]' "$headers"
     expect "stack protector" '__stack_chk_fail' "$imports"
     expect "checks of the C library (FORTIFY)" '[a-z]_chk@' "$imports"
     # Each marked function begins with this instruction; two come with the compiler's own start-up code. The file's
