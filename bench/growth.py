@@ -19,10 +19,8 @@ SUBJECTS = {"answer": ("Answer of the directory, lines", [3, 100, 1000, 10000, 3
 
 def write_configuration(folder, keys):
     """The bench's configuration with so many further keys in front of those that are read."""
-    text = lab.text_of(os.path.join(lab.HERE, "config/config.xml"))
     further = "".join(f"<key{i}>value {i}</key{i}>\n" for i in range(keys))
-    with open(os.path.join(folder, "config.xml"), "w") as file:
-        file.write(text.replace("<security>", "<security>\n" + further))
+    lab.configuration(folder, ("<security>", "<security>\n" + further))
 
 
 def run(subject, count, folder):

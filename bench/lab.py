@@ -34,13 +34,44 @@ class Display:
         with os.fdopen(read) as numbers:
             number = numbers.readline().strip()
         self.home = tempfile.TemporaryDirectory()
-        return {"DISPLAY": ":" + number, "HOME": self.home.name, "XDG_RUNTIME_DIR": self.home.name, "LANG": "C.UTF-8",
+        runtime = os.path.join(self.home.name, "runtime")
+        os.mkdir(runtime, 0o700)
+        return {"DISPLAY": ":" + number, "HOME": self.home.name, "XDG_RUNTIME_DIR": runtime, "LANG": "C.UTF-8",
                 "PATH": "/usr/local/bin:/usr/bin:/bin", "DBUS_SESSION_BUS_ADDRESS": "disabled:"}
 
     def __exit__(self, *_):
         self.server.terminate()
         self.server.wait()
         self.home.cleanup()
+
+
+class Directory:
+    """The lab's domain controller, which listens on dc1.example.org; gives what its clients' environment needs."""
+
+    def __enter__(self):
+        self.folder = tempfile.TemporaryDirectory()
+        self.state = os.path.join(self.folder.name, "dc")
+        template = tool("dc")
+        self.order("provision", template)
+        self.order("start", self.state, template)
+        return {"LDAPTLS_CACERT": os.path.join(self.state, "private/tls/ca.pem")}
+
+    def __exit__(self, *_):
+        self.order("stop", self.state)
+        self.folder.cleanup()
+
+    def order(self, *words):
+        with open(tool("dc.log"), "w") as log:
+            subprocess.run([os.path.join(ROOT, "lab/dc"), *words], stdout=log, stderr=log, check=True)
+
+
+def configuration(folder, *changes):
+    """Writes the bench's configuration into the folder, with changes: pairs of a text and what stands in its place."""
+    text = text_of(os.path.join(HERE, "config.xml"))
+    for old, new in changes:
+        text = text.replace(old, new)
+    with open(os.path.join(folder, "config.xml"), "w") as file:
+        file.write(text)
 
 
 def text_of(path):
@@ -96,6 +127,20 @@ def ratio_text(values, base, tries=2000):
     ratios = sorted(median(chance.choices(values, k=len(values))) / median(chance.choices(base, k=len(base)))
                     for _ in range(tries))
     return f"{median(values) / median(base):.2f} [{ratios[tries // 40]:.2f}, {ratios[-tries // 40]:.2f}]"
+
+
+def drop_caches():
+    os.sync()
+    with open("/proc/sys/vm/drop_caches", "w") as file:
+        file.write("3")
+
+
+def may_drop_caches():
+    try:
+        drop_caches()
+    except OSError:
+        return False
+    return True
 
 
 def load():

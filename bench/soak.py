@@ -16,8 +16,7 @@ MOST_GROWTH = 256  # KiB of resident memory; when a start is sampled is not the 
 
 
 def environment(folder, **more):
-    with open(os.path.join(folder, "config.xml"), "w") as file:
-        file.write(lab.text_of(os.path.join(lab.HERE, "config/config.xml")))
+    lab.configuration(folder)
     return {**os.environ, **more, "TAV3_CONFIG_DIR": folder, "QT_LOGGING_RULES": "*=false",
             "PATH": lab.BUILD + ":" + os.environ["PATH"]}
 

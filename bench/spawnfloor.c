@@ -1,11 +1,11 @@
 /* SPDX-FileCopyrightText: 2026 The qorm-login authors */
 /* SPDX-License-Identifier: MIT */
 /*
- * spawnfloor HASHES
+ * spawnfloor HASHES PAUSE [COMMAND [ARGUMENT]...] [-- COMMAND [ARGUMENT]...]...
  *
- * The least that a good login costs: two calls of the directory client, one after the other, so many password hashes
- * by the system's preferred method, and 50 ms in which the last message is read. Prints the monotonic ms of start and
- * end as JSON.
+ * The least that a sign-in costs: the calls of the directory client, one after the other, so many password hashes by the
+ * system's preferred method, and so many ms in which a message is read. Prints the monotonic ms of start and end as
+ * JSON.
  */
 #define _GNU_SOURCE
 #include <crypt.h>
@@ -13,11 +13,12 @@
 #include <spawn.h>
 #include <stdio.h>
 #include <stdlib.h>
+#include <string.h>
 #include <sys/wait.h>
 #include <time.h>
 #include <unistd.h>
 
-#define PAUSE_NS 50000000L
+#define NS_PER_MS 1000000L
 
 static double now_ms(void)
 {
@@ -53,29 +54,27 @@ static void hash(void)
     crypt_r("secret1", setting, &data);
 }
 
+/* The commands stand between "--", of which each becomes the end of its command. */
+static void run_all(char** words)
+{
+    while (*words) {
+        char** command = words;
+        while (*words && strcmp(*words, "--") != 0)
+            words++;
+        if (*words)
+            *words++ = NULL;
+        run(command);
+    }
+}
+
 int main(int argc, char** argv)
 {
-    char* context[] = {"ldapsearch", "-LLL", "-x", "-H", "ldap://127.0.0.1:389", "-s", "base", "namingContexts", NULL};
-    char* bound[] = {"ldapsearch",
-                     "-LLL",
-                     "-x",
-                     "-H",
-                     "ldap://127.0.0.1:389",
-                     "-D",
-                     "user1@example.org",
-                     "-w",
-                     "secret1",
-                     "-b",
-                     "DC=example,DC=org",
-                     "(sAMAccountName=user1)",
-                     "dn",
-                     "pwdLastSet",
-                     NULL};
-    const struct timespec pause = {0, PAUSE_NS};
+    if (argc < 3)
+        return 2;
+    const struct timespec pause = {0, atol(argv[2]) * NS_PER_MS};
     double from = now_ms();
-    run(context);
-    run(bound);
-    for (int left = argc > 1 ? atoi(argv[1]) : 0; left > 0; left--)
+    run_all(argv + 3);
+    for (int left = atoi(argv[1]); left > 0; left--)
         hash();
     nanosleep(&pause, NULL);
     printf("{\"from\": %.3f, \"to\": %.3f, \"status\": 0}\n", from, now_ms());

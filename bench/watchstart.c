@@ -6,9 +6,10 @@
  * Starts a program and prints one line of JSON: its process id and, in ms from just before the fork, when its first
  * window was mapped, when the first frame was painted (two colours, most of the background covered) and the last change
  * of pixels before QUIET_MS without one. Then obeys lines of standard input:
- *   key     presses a key and prints the ms to changed pixels (0: none)
- *   login   types a user name, Tab and a password, and prints when Return was pressed and when the program ended
- *           (monotonic ms), and its exit status
+ *   key                     presses a key and prints the ms to changed pixels (0: none)
+ *   login USER PASSWORD     types both, and prints when Return was pressed and when the program ended (monotonic ms),
+ *                           and its exit status
+ *   refusal USER PASSWORD   the same until the program maps another window; the status is 0 when it did
  * At the end of the input it ends the program.
  */
 #define _GNU_SOURCE
@@ -189,19 +190,39 @@ static double key_echo(void)
     return 0;
 }
 
-static void sign_in(pid_t child)
+/* Types both and presses Return; when that was. */
+static double sign_in(const char* user, const char* password)
 {
-    int status;
-    type("user1");
+    type(user);
     press(XK_Tab);
     usleep(TYPING_PAUSE_US);
-    type("secret1");
+    type(password);
     usleep(QUIET_MS * 1000);
     double from = now_ms();
     press(XK_Return);
+    return from;
+}
+
+static void print_outcome(double from, double to, int status)
+{
+    printf("{\"from\": %.3f, \"to\": %.3f, \"status\": %d}\n", from, to, status);
+}
+
+static void watch_login(pid_t child, const char* user, const char* password)
+{
+    int status;
+    double from = sign_in(user, password);
     waitpid(child, &status, 0);
-    printf("{\"from\": %.3f, \"to\": %.3f, \"status\": %d}\n", from, now_ms(),
-           WIFEXITED(status) ? WEXITSTATUS(status) : -1);
+    print_outcome(from, now_ms(), WIFEXITED(status) ? WEXITSTATUS(status) : -1);
+}
+
+static void watch_refusal(const char* user, const char* password)
+{
+    window = None;
+    double from = sign_in(user, password);
+    while (!window && now_ms() - from < START_LIMIT_MS)
+        next_damage(50);
+    print_outcome(from, mapped, !window);
 }
 
 int main(int argc, char** argv)
@@ -213,14 +234,18 @@ int main(int argc, char** argv)
     double from = now_ms();
     pid_t child = start(argv + 1);
     int alive = watch(child, from);
-    char line[16];
+    char line[256], user[64], password[64];
     while (alive && fgets(line, sizeof line, stdin)) {
-        if (strcmp(line, "login\n") == 0) {
-            sign_in(child);
+        if (sscanf(line, "login %63s %63s", user, password) == 2) {
+            watch_login(child, user, password);
             return 0;
         }
-        next_damage(0);
-        printf("%.2f\n", key_echo());
+        if (sscanf(line, "refusal %63s %63s", user, password) == 2) {
+            watch_refusal(user, password);
+        } else {
+            next_damage(0);
+            printf("%.2f\n", key_echo());
+        }
     }
     kill(child, SIGKILL);
     waitpid(child, NULL, 0);
