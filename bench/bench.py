@@ -91,7 +91,10 @@ class Watched:
     def ask(self, *question):
         self.process.stdin.write(" ".join(question) + "\n")
         self.process.stdin.flush()
-        return self.process.stdout.readline()
+        answer = self.process.stdout.readline()
+        if not answer:
+            raise SystemExit("no answer: " + " ".join(question))
+        return answer
 
 
 def measure_start(command, environment):
@@ -112,7 +115,7 @@ def measure_idle(command, environment, seconds):
 
 
 def output_of(command, environment):
-    return subprocess.run(command, env=environment, stdout=subprocess.PIPE, check=True).stdout
+    return subprocess.run(command, env=environment, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, check=True).stdout
 
 
 def measure_sign_in(command, environment, question):

@@ -67,7 +67,8 @@ def environments(work):
     rows = {PLAIN: Environment(),
             "no bus address, no dbus-launch": Environment(no_bus, "mount --bind /dev/null /usr/bin/dbus-launch"),
             "no bus address, dbus-launch": Environment(no_bus),
-            "theme gtk3": Environment({"QT_QPA_PLATFORMTHEME": "gtk3", "XDG_CURRENT_DESKTOP": "GNOME"}),
+            "theme gtk3, of the desktop": Environment({"XDG_CURRENT_DESKTOP": "GNOME"}),
+            "theme gtk3, named": Environment({"QT_QPA_PLATFORMTHEME": "gtk3"}),
             "no HOME": Environment({"HOME": None}),
             "read-only HOME": Environment({"HOME": "/mnt"}, "mount -t tmpfs -o ro none /mnt")}
     for count in FONTS:

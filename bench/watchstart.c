@@ -13,6 +13,7 @@
  * At the end of the input it ends the program.
  */
 #define _GNU_SOURCE
+#include <X11/XKBlib.h>
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
 #include <X11/extensions/XTest.h>
@@ -33,6 +34,7 @@
 #define QUIET_MS 300           /* a caret blinks more slowly */
 #define START_LIMIT_MS 60000
 #define KEY_LIMIT_MS 1000
+#define LOGIN_LIMIT_S 60
 #define TYPING_PAUSE_US 20000
 
 static Display* dpy;
@@ -163,9 +165,14 @@ static int watch(pid_t child, double from)
 
 static void press(KeySym key)
 {
-    KeyCode code = XKeysymToKeycode(dpy, key);
+    KeyCode code = XKeysymToKeycode(dpy, key), shift = XKeysymToKeycode(dpy, XK_Shift_L);
+    int is_shifted = XkbKeycodeToKeysym(dpy, code, 0, 0) != key;
+    if (is_shifted)
+        XTestFakeKeyEvent(dpy, shift, True, 0);
     XTestFakeKeyEvent(dpy, code, True, 0);
     XTestFakeKeyEvent(dpy, code, False, 0);
+    if (is_shifted)
+        XTestFakeKeyEvent(dpy, shift, False, 0);
     XFlush(dpy);
 }
 
@@ -212,6 +219,7 @@ static void watch_login(pid_t child, const char* user, const char* password)
 {
     int status;
     double from = sign_in(user, password);
+    alarm(LOGIN_LIMIT_S); /* or it would wait for ever for the end of a program that shows a refusal */
     waitpid(child, &status, 0);
     print_outcome(from, now_ms(), WIFEXITED(status) ? WEXITSTATUS(status) : -1);
 }
