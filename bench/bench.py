@@ -1,10 +1,10 @@
 #!/usr/bin/python3
 # SPDX-FileCopyrightText: 2026 The qorm-login authors
 # SPDX-License-Identifier: MIT
-"""Start, memory, idle cost and login of the gate, in one run with their floors, alternating; then growth.py.
+"""Start, memory, idle cost and login of the gate, in one run with their floors, alternating; and growth.py.
 
-./bench.sh builds what this needs and starts it in the sandbox; docs/performance.md explains what is measured. The status
-is 1 when a goal is missed."""
+./bench.sh builds what this needs and starts it in the sandbox; docs/performance.md explains what is measured. The
+status is 1 when a goal is missed."""
 import argparse
 import configparser
 import json
@@ -115,7 +115,7 @@ def measure_idle(command, environment, seconds):
 
 
 def output_of(command, environment):
-    return subprocess.run(command, env=environment, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, check=True).stdout
+    return subprocess.run(command, env=environment, check=True, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL).stdout
 
 
 def measure_sign_in(command, environment, question):
@@ -283,8 +283,8 @@ def tables(part, rows):
 
 def report(results, options, load_before):
     head = (f"{lab.machine()}; {time.strftime('%Y-%m-%d')}; {options.runs} runs, alternating; load average "
-            f"{load_before} before, {lab.load()} after. Medians, in brackets the least and the most; ratios are those of "
-            "the medians, in brackets their 95 % interval.")
+            f"{load_before} before, {lab.load()} after. Medians, in brackets the least and the most; ratios are those "
+            "of the medians, in brackets their 95 % interval.")
     sections = [head]
     for part, rows in results.items():
         sections += tables(part, rows)
@@ -315,6 +315,8 @@ def main():
     results = measure(options)
     if options.growth:
         growth.measure(options.dry)
+    if not results:
+        return
     goal_table, missed = goals.judge(results)
     text = report(results, options, load_before) + "\n\n" + goal_table
     print(text)

@@ -76,7 +76,8 @@ GOALS = [
     Goal("good sign-in, stand-in, beyond floor and two hashes, ms", 6,
          beyond("login", "total", STAND_IN, STAND_IN_FLOOR), by_start),
     Goal("tavctl check / tavctl --help", 2, ratio("tavctl", "ms", "tavctl check", "tavctl --help")),
-    Goal("tavctl probe beyond the client, ms", 50, beyond("tavctl", "ms", "tavctl probe", "the client alone"), by_start)]
+    Goal("tavctl probe beyond the client, ms", 50, beyond("tavctl", "ms", "tavctl probe", "the client alone"),
+         by_start)]
 
 
 def judge(results):

@@ -3,8 +3,8 @@
 /*
  * spawnfloor HASHES PAUSE [COMMAND [ARGUMENT]...] [-- COMMAND [ARGUMENT]...]...
  *
- * The least that a sign-in costs: the calls of the directory client, one after the other, so many password hashes by the
- * system's preferred method, and so many ms in which a message is read. Prints the monotonic ms of start and end as
+ * The least that a sign-in costs: the calls of the directory client, one after the other, so many password hashes by
+ * the system's preferred method, and so many ms in which a message is read. Prints the monotonic ms of start and end as
  * JSON.
  */
 #define _GNU_SOURCE
