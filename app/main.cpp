@@ -29,6 +29,22 @@ namespace {
 
 constexpr int CaretRestMs = 10000; // as other desktops have it
 
+// While it lives the environment is without a variable, which the children get as it was.
+class WithoutVariable {
+public:
+    explicit WithoutVariable(const char* name) : m_name(name), m_value(qgetenv(name)) { qunsetenv(name); }
+    ~WithoutVariable()
+    {
+        if (!m_value.isNull())
+            qputenv(m_name, m_value);
+    }
+    Q_DISABLE_COPY(WithoutVariable)
+
+private:
+    const char* const m_name;
+    const QByteArray m_value;
+};
+
 int RunLocalWindow(const QString& programPath, LoginCfg& cfg)
 {
     InstallDebugLog(programPath);
@@ -80,12 +96,14 @@ int main(int argc, char** argv)
     // No OpenGL: loading it would more than double the time to the first frame.
     QCoreApplication::setAttribute(Qt::AA_ForceRasterWidgets);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
-    // Whatever desktop the session's variables name: its theme would be loaded, and could change the order of buttons.
+    // Whatever desktop or theme the variables name: it would be loaded, and could change the order of buttons.
     QApplication::setDesktopSettingsAware(false);
     QApplication::setStyle(new PlainStyle); // owned by the application
     LoadFontConfiguration();
     auto noBus = std::make_unique<NoBusOfOurOwn>();
+    auto noTheme = std::make_unique<WithoutVariable>("QT_QPA_PLATFORMTHEME");
     MaskingApplication app(argc, argv);
+    noTheme.reset();
     noBus.reset();
     SetUpDesktop(app);
     const QStringList commandLine = QCoreApplication::arguments();
