@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "desktop/blockingcheck.h"
 
-#include "desktop/keyboard.h"
+#include "desktop/serverclock.h"
 #include "desktop/singlepress.h"
 #include "desktop/staleinput.h"
 

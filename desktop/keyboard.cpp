@@ -20,11 +20,6 @@ bool CapsLockOn()
         && (indicators & CapsLockIndicator) != 0;
 }
 
-quint32 ServerTime()
-{
-    return QX11Info::isPlatformX11() ? static_cast<quint32>(QX11Info::getTimestamp()) : 0;
-}
-
 Key KeyOf(quint32 keyCode)
 {
     Display* display = QX11Info::display();

@@ -9,10 +9,6 @@
 
 bool CapsLockOn();
 
-// The X server's time in ms, 32 bits that wrap around after 49 days, after all that was sent before; 0 without a
-// server.
-quint32 ServerTime();
-
 // What a key code of X means to a screen; Return is Enter of the number pad, too.
 enum class Key { Return, Escape, Space, Other };
 Key KeyOf(quint32 keyCode);
