@@ -6,7 +6,6 @@
 // SESSIONS_SEED is the number of the first session, SESSIONS_MINUTES how long to play instead of SessionCount.
 #include "ldap/ldaphandler.h"
 #include "tav3/rdpcipher.h"
-#include "tav3/stringblur.h"
 #include "tests/session_model.h"
 #include "tests/support/gatedriver.h"
 #include "tests/support/testsupport.h"
@@ -71,11 +70,9 @@ QString Tool(const char* name)
 // Which terminal a session has.
 Terminal TerminalOf(unsigned seed)
 {
-    if (seed % 6 == 0)
-        return {seed % 4 ? QString() : u"setup"_s, {}, {}};
     const QStringList servers[]{Words("live"), Words("live dead"), Words("dead live"), Words("dead1 dead2")};
     const unsigned kind = seed % 16;
-    return {u"force"_s, QLatin1String(seed % 6 < 4 ? "alice" : ""), servers[kind < 3 ? kind + 1 : 0]};
+    return {QLatin1String(seed % 3 ? "alice" : ""), servers[kind < 3 ? kind + 1 : 0]};
 }
 
 QString NameOf(const QWidget& widget)
@@ -114,24 +111,13 @@ QString TextOf(const QWidget& window)
     return problem ? problem->text() : QString();
 }
 
-// The dialog's message line, behind whatever is open.
-QString Message()
-{
-    for (const QWidget* window : QApplication::topLevelWidgets()) {
-        const auto* message = window->findChild<QLabel*>(u"lblMessage"_s);
-        if (message && message->isVisible())
-            return message->text();
-    }
-    return {};
-}
-
 // As SessionModel::State().
 QString Seen()
 {
     const QWidget* front = qApp ? Front() : nullptr;
     if (!front || !QApplication::focusWidget() || FocusedTitle() != front->windowTitle())
         return {}; // it is on its way
-    QStringList parts{front->windowTitle(), TextOf(*front), Message()};
+    QStringList parts{front->windowTitle(), TextOf(*front)};
     const auto controls = Controls(*front);
     for (auto control = controls.begin(); control != controls.end(); ++control) {
         const auto* field = qobject_cast<QLineEdit*>(control.value());
@@ -142,7 +128,6 @@ QString Seen()
             parts.last() += QLatin1Char('*');
     }
     parts += u"focus "_s + NameOf(*QApplication::focusWidget());
-    parts += QLatin1String(QApplication::activePopupWidget() ? "menu" : "");
     return parts.join(QLatin1Char(';'));
 }
 
@@ -190,10 +175,7 @@ bool MayOpen(int status)
 
 class Player : public QObject {
 public:
-    explicit Player(unsigned seed) : m_random(seed), m_terminal(TerminalOf(seed)), m_model(m_terminal)
-    {
-        s_player = this;
-    }
+    explicit Player(unsigned seed) : m_random(seed), m_model(TerminalOf(seed)) { s_player = this; }
 
     // In every process of this program, as soon as it has Qt's application object.
     static void Begin()
@@ -202,10 +184,10 @@ public:
             return;
         LdapHandler::s_smbPasswdProgram = Tool("smbpasswd");
         QGuiApplication::styleHints()->setMouseDoubleClickInterval(DoubleClickMs);
+        on_exit([](int status, void*) { s_player->End(status); }, nullptr);
+        s_player->m_waiting.start();
         s_player->StepIn(0);
     }
-
-    QString Argument() const { return m_terminal.argument; }
 
 private:
     void StepIn(int ms)
@@ -215,25 +197,16 @@ private:
 
     void Step()
     {
-        if (m_inputs.isEmpty() && !m_waiting.isValid())
-            on_exit([](int status, void*) { s_player->End(status); }, nullptr);
-        if (!m_waiting.isValid())
-            m_waiting.start();
-        const QString held = std::exchange(m_held, {});
-        if (!held.isEmpty())
-            UseTool({u"keyup"_s, held});
-        const bool ended = m_model.Status() >= 0;
-        if (ended ? !m_model.IsAccepted() || m_inputs.last() == u"(late)"_s : !Agrees()) {
+        if (!m_held.isEmpty())
+            UseTool({u"keyup"_s, std::exchange(m_held, {})});
+        if (m_model.Status() >= 0 || !Agrees()) {
             if (m_waiting.elapsed() > WaitMs)
                 Differ("it stays so");
             return StepIn(5);
         }
         if (m_inputs.size() >= InputCount)
             Agree();
-        if (ended)
-            PressLate();
-        else
-            Give();
+        Give();
         m_waiting.start();
         StepIn(m_held.isEmpty() ? 1 : HoldMs);
     }
@@ -258,7 +231,7 @@ private:
 
     [[noreturn]] void End(int status) const
     {
-        const bool opens = m_terminal.argument == u"force"_s && (status == 0 || status == 8);
+        const bool opens = status == 0 || status == 8;
         if (status != m_model.Status() || (opens && !MayOpen(status)))
             Differ(qPrintable(u"ended with %1"_s.arg(status)));
         for (int ms = 0; Found() != m_model.Traces(); ms += 5) { // events are on their way
@@ -271,80 +244,39 @@ private:
 
     int Below(int limit) { return int(m_random() % unsigned(limit)); }
 
-    QString OneOf(const char* words)
-    {
-        const QStringList choices = Words(words);
-        return choices.at(Below(choices.size()));
-    }
+    QString OneOf(const QStringList& choices) { return choices.at(Below(choices.size())); }
+    QString OneOf(const char* words) { return OneOf(Words(words)); }
 
-    // A key while "Logging in" is shown.
-    void PressLate()
-    {
-        m_inputs += u"(late)"_s;
-        UseTool({u"key"_s, OneOf("Return Escape")});
-    }
-
+    // Mostly as somebody who wants to sign in, now and then as nobody would.
     void Give()
     {
-        const QString title = m_model.Title();
-        const QString focus = m_model.Focus();
-        const bool inField = m_model.IsField(focus);
-        const int choice = Below(100);
-        if (m_model.IsMenuOpen())
-            return choice < 50 && m_model.IsChangingUser() ? LetThirtySecondsPass() : Press(u"Escape"_s);
-        if (title == u"Login"_s)
-            return GiveLocally(choice);
-        if (inField && title == u"User Authentication"_s && Below(m_model.Order().contains(u"change"_s) ? 5 : 2) == 0)
-            return GoOn(focus);
-        if (choice < 4 && m_model.IsChangingUser())
+        const bool inField = m_model.IsField(m_model.Focus());
+        const bool fillsIn = m_model.Title() == u"Password Change/Reset"_s;
+        const int choice = Below(16);
+        if (choice < 2)
+            return Click(OneOf(m_model.Order()));
+        if (choice < 3)
+            return Press(OneOf("Tab shift+Tab Escape"));
+        if (choice < 4)
+            return Type(WordFor(m_model.Focus()));
+        if (choice < 5 && !fillsIn)
+            return Hold(OneOf(inField ? "Return Escape" : "Return space Escape"));
+        if (choice < 6 && m_model.IsChangingUser())
             return LetThirtySecondsPass();
-        if (choice < 20)
-            return Click(m_model.Order().at(Below(m_model.Order().size())));
-        if (title != u"User Authentication"_s && title != u"Password Change/Reset"_s)
-            return choice < 30 ? Hold(OneOf("Return space Escape")) : Press(OneOf("Return space Escape Tab"));
-        if (choice < 24)
-            return Press(u"Escape"_s);
-        if (choice < 38 && m_model.Order().contains(u"change"_s))
+        if (choice < 8 && m_model.Order().contains(u"change"_s))
             return Click(u"change"_s);
-        if (choice < 45)
-            return Press(OneOf("Tab Tab Tab shift+Tab BackSpace"));
-        if (inField && choice < (m_model.IsEmpty() ? 75 : 48)) // most words stand alone
-            return Type(WordFor(focus));
-        if (title == u"Password Change/Reset"_s)
-            return inField ? Click(u"pushButton"_s) : Press(OneOf("Return space"));
-        if (choice < 80)
-            return Hold(inField ? OneOf("Return Escape") : OneOf("Return space Escape"));
-        if (choice < 83 && inField)
-            return Press(u"Menu"_s);
-        if (choice < 86 && m_model.Order().size() > 3)
-            return Click(m_model.Order().at(3), 2);
-        if (inField)
-            return Press(m_model.IsEmpty() && choice < 97 ? u"Tab"_s : u"Return"_s); // few attempts with an empty field
-        Press(OneOf("Return space"));
+        GoOn();
     }
 
-    // As somebody who just wants to sign in.
-    void GoOn(const QString& focus)
+    void GoOn()
     {
-        if (m_model.IsEmpty())
+        const QString focus = m_model.Focus();
+        if (!m_model.IsField(focus))
+            Press(OneOf("Return space"));
+        else if (m_model.IsEmpty())
             Type(WordFor(focus));
         else
-            Press(focus == u"leUser"_s ? u"Tab"_s : u"Return"_s);
-    }
-
-    // An empty password is not tried: nothing tells when the window's short pause is over.
-    void GiveLocally(int choice)
-    {
-        const bool inField = m_model.IsField(m_model.Focus());
-        if (choice < 40 || (inField && m_model.IsEmpty()))
-            return inField ? Type(OneOf("local wrong")) : Press(u"Tab"_s);
-        if (choice < 50)
-            return Press(OneOf("Tab Escape"));
-        if (choice < 70)
-            return Click(m_model.Order().at(Below(m_model.Order().size())));
-        if (choice < 90)
-            return Hold(u"Return"_s);
-        Press(inField ? u"Return"_s : OneOf("Return space"));
+            Press(focus == u"lePwd"_s || focus == u"leRetypePassword"_s ? u"Return"_s : u"Tab"_s);
     }
 
     QString WordFor(const QString& field)
@@ -389,9 +321,9 @@ private:
     }
 
     // Right of a field's text, in the middle of a button.
-    void Click(const QString& name, int times = 1)
+    void Click(const QString& name)
     {
-        m_inputs += QLatin1Char('[') + name + QLatin1String(times > 1 ? " twice]" : "]");
+        m_inputs += QLatin1Char('[') + name + QLatin1Char(']');
         const QWidget& widget = *Controls(*Front()).value(name);
         m_model.Click(name);
         const QPoint end(widget.width() - 3, widget.height() / 2);
@@ -399,7 +331,7 @@ private:
         while (m_sinceClick.isValid() && m_sinceClick.elapsed() <= DoubleClickMs)
             QThread::msleep(10);
         UseTool(Words("mousemove") + QStringList{QString::number(place.x()), QString::number(place.y())}
-                + Words("click --delay 0 --repeat") + QStringList{QString::number(times), u"1"_s});
+                + Words("click 1"));
         m_sinceClick.start();
     }
 
@@ -407,7 +339,6 @@ private:
 
     static Player* s_player;
     std::mt19937 m_random;
-    Terminal m_terminal;
     SessionModel m_model;
     QStringList m_inputs;
     QElapsedTimer m_waiting;
@@ -486,14 +417,8 @@ private:
             WriteFile(u"/tmp/.user.1"_s,
                       QByteArray(rdp_encrypt(terminal.savedUser.toLatin1().constData())) + ",00,,00,\n");
         }
-        const QString yes = u"true"_s;
-        const QString stored = TavStringBlur::Encode(u"local"_s);
         m_configuration = std::make_unique<Configuration>(
-            QMap<QString, QString>{{u"enablelocalauth"_s, yes},
-                                   {u"localauthpass"_s, stored},
-                                   {u"enableterminalpass"_s, yes},
-                                   {u"terminalpass"_s, stored},
-                                   {u"remoteauthserver"_s, terminal.servers.join(QLatin1Char(' '))},
+            QMap<QString, QString>{{u"remoteauthserver"_s, terminal.servers.join(QLatin1Char(' '))},
                                    {u"remoteauthtype"_s, u"LDAP"_s},
                                    {u"remoteauthdomain"_s, u"example.org"_s}});
     }
@@ -505,13 +430,13 @@ private:
     std::unique_ptr<Configuration> m_configuration;
 };
 
-// As the program with its one argument.
+// As the program that was told to show the remote dialog.
 int Play(char* program, unsigned seed)
 {
     static const Player player(seed); // longer than main()
-    QByteArray argument = player.Argument().toLatin1();
-    char* words[]{program, argument.data(), nullptr};
-    return GateMain(argument.isEmpty() ? 1 : 2, words);
+    char argument[] = "force";
+    char* words[]{program, argument, nullptr};
+    return GateMain(2, words);
 }
 
 int main(int argc, char** argv)

@@ -12,7 +12,6 @@ inline QString operator""_s(const char16_t* text, size_t size)
 
 // The terminal of a session, and its directory: that accepts alice and bob, and what it answers is in the password.
 struct Terminal {
-    QString argument;    // "force": the remote dialog; otherwise the local window
     QString savedUser;   // whose session is up; empty for none
     QStringList servers; // those named "dead..." don't answer
 };
@@ -24,11 +23,7 @@ class SessionModel {
 public:
     explicit SessionModel(const Terminal& terminal) : m_terminal(terminal), m_windows{Window()}
     {
-        const QStringList order{u"lePasswordEntry"_s, u"OK"_s, u"Cancel"_s};
-        if (terminal.argument == u"force"_s)
-            Enter(terminal.savedUser.isEmpty() ? Mode::Login : Mode::Unlock);
-        else
-            Screen() = {u"Login"_s, {}, order.mid(0, terminal.argument.isEmpty() ? 2 : 3), order[0], {{order[0], {}}}};
+        Enter(terminal.savedUser.isEmpty() ? Mode::Login : Mode::Unlock);
         m_saved = terminal.savedUser.isEmpty() ? QString() : terminal.savedUser + u"||"_s;
     }
 
@@ -43,24 +38,17 @@ public:
 
     void Press(const QString& key)
     {
-        const int step = key == u"Tab"_s ? 1 : key == u"shift+Tab"_s ? Order().size() - 1 : 0;
         if (key == u"Escape"_s) {
             Escape();
-        } else if (step != 0) {
+        } else if (key.endsWith(u"Tab"_s)) {
+            const int step = key == u"Tab"_s ? 1 : Order().size() - 1;
             SetFocus(Order().at((Order().indexOf(Focus()) + step) % Order().size()));
             if (IsField(Focus()))
                 FocusField().selected = !FocusField().text.isEmpty();
-        } else if (key == u"Menu"_s) {
-            m_menuOpen = IsField(Focus());
-        } else if (key == u"BackSpace"_s) {
-            if (IsField(Focus()) && !FocusField().readOnly && !FocusField().text.isEmpty()) {
-                FocusField() = {FocusField().selected ? QString() : FocusField().text.chopped(1)};
-                OnEdited();
-            }
-        } else if (IsField(Focus())) { // Return; blanks are typed nowhere
-            Title() == u"Login"_s ? CheckLocally() : SignIn();
-        } else if (Title() != u"Login"_s || Focus() != u"Cancel"_s || key != u"Return"_s) { // which is dead there
+        } else if (!IsField(Focus())) {
             Push(Focus());
+        } else { // Return; blanks are typed nowhere
+            IsChecking() ? ChangePassword() : SignIn();
         }
     }
 
@@ -73,21 +61,21 @@ public:
 
     void LetThirtySecondsPass()
     {
-        if (IsChangingUser() && MayChangeMode())
+        if (IsChangingUser() && !IsChecking())
             Enter(Mode::Unlock);
     }
 
     // Of the window in front; and what else the session has left so far.
     QString State() const
     {
-        QStringList parts{Title(), m_windows.last().text, IsChecking() ? u"Verifying credentials"_s : QString()};
+        QStringList parts{Title(), m_windows.last().text};
         QStringList order = Order();
         order.sort();
         for (const QString& name : order) {
             const Field field = m_windows.last().fields.value(name);
             parts += IsField(name) ? name + u"="_s + field.text + (field.selected ? u"*"_s : QString()) : name;
         }
-        parts += {u"focus "_s + Focus(), m_menuOpen ? u"menu"_s : QString()};
+        parts += u"focus "_s + Focus();
         return parts.join(u';');
     }
 
@@ -104,9 +92,7 @@ public:
     QStringList Order() const { return m_windows.last().order; } // of Tab
     QString Focus() const { return m_windows.last().focus; }
     bool IsField(const QString& name) const { return m_windows.last().fields.contains(name); }
-    bool IsMenuOpen() const { return m_menuOpen; }
     bool IsChangingUser() const { return m_mode == Mode::ChangeUser; }
-    bool IsAccepted() const { return m_accepted; }
     int Status() const { return m_status; } // -1 while the program runs
 
     // Whether what is typed into the field with the focus will stand alone.
@@ -129,14 +115,13 @@ private:
         QString focus;
         QMap<QString, Field> fields;
     };
-    enum class Mode { Local, Login, Unlock, ChangeUser };
+    enum class Mode { Login, Unlock, ChangeUser };
 
     Window& Screen() { return m_windows.first(); }
     Field& FocusField() { return m_windows.last().fields[Focus()]; }
     QString User() const { return m_windows.first().fields[u"leUser"_s].text; }
     QString Password() const { return m_windows.first().fields[u"lePwd"_s].text; }
     bool IsChecking() const { return Title() == u"Password Change?"_s || Title() == u"Password Change/Reset"_s; }
-    bool MayChangeMode() const { return !m_accepted && !IsChecking(); }
 
     void SetFocus(const QString& name)
     {
@@ -169,26 +154,22 @@ private:
             CloseRefusal();
         } else if (button == u"login"_s || button == u"Unlock"_s) {
             SignIn();
-        } else if ((button == u"change"_s || button == u"cancel"_s) && MayChangeMode()) {
-            Enter(button == u"change"_s ? Mode::ChangeUser : Mode::Unlock);
-        } else if (button == u"OK"_s) {
-            CheckLocally();
+        } else if (button == u"logout"_s) {
+            m_status = 7;
         } else {
-            m_status = button == u"logout"_s ? 7 : 1;
+            Enter(button == u"change"_s ? Mode::ChangeUser : Mode::Unlock);
         }
     }
 
     void Escape()
     {
-        if (m_menuOpen)
-            m_menuOpen = false;
-        else if (IsChecking())
+        if (IsChecking())
             Order().contains(u"No"_s) ? Push(u"No"_s) : LeaveSetPassword({});
         else if (m_windows.size() > 1)
             CloseRefusal();
         else if (IsChangingUser())
             LetThirtySecondsPass();
-        else if (m_mode != Mode::Local && !m_accepted)
+        else
             ++m_shutdowns;
     }
 
@@ -202,7 +183,6 @@ private:
         const Field user{unlock ? m_terminal.savedUser : QString(), false, unlock};
         Screen() = {u"User Authentication"_s, {}, order, order[unlock], {{order[0], user}, {order[1], {}}}};
         m_mode = mode;
-        m_menuOpen = false;
     }
 
     void SignIn()
@@ -238,7 +218,6 @@ private:
     void Accept()
     {
         m_events += u"sec01|"_s + User();
-        m_accepted = true;
         m_saved = User() + u"|"_s + Password() + u"|example.org"_s;
         if (IsChangingUser())
             m_handedOver = std::exchange(m_saved, {});
@@ -265,7 +244,7 @@ private:
         const QString password = fields[u"leNewPassword"_s].text;
         if (password.isEmpty() || password != fields[u"leRetypePassword"_s].text) {
             m_windows.last().text = u"The new and retyped password do not match"_s;
-        } else if (!fields[u"leServer"_s].text.isEmpty()) {
+        } else {
             m_changes += QStringList{fields[u"leServer"_s].text, fields[u"leUserName"_s].text,
                                      fields[u"leOldPassword"_s].text, password, password}
                              .join(u':');
@@ -288,33 +267,16 @@ private:
     void CloseRefusal()
     {
         m_windows.removeLast();
-        if (m_mode == Mode::Local)
-            return SetFocus(u"lePasswordEntry"_s);
         SetFocus(User().isEmpty() ? u"leUser"_s : u"lePwd"_s);
         Screen().fields[u"lePwd"_s].selected = Focus() == u"lePwd"_s && !Password().isEmpty();
         if (++m_failures > 2)
             m_status = 6;
     }
 
-    void CheckLocally()
-    {
-        Field& field = Screen().fields[u"lePasswordEntry"_s];
-        const bool right = field.text == u"local"_s;
-        m_events += (right ? u"sec02|"_s : u"sec01|"_s) + u"localuser"_s;
-        if (right) {
-            m_status = 0;
-        } else {
-            field = {};
-            ShowBox(u"Login Error"_s, u"Password is invalid"_s);
-        }
-    }
-
     Terminal m_terminal;
-    Mode m_mode = Mode::Local;
+    Mode m_mode = Mode::Login;
     QList<Window> m_windows; // the screen, and what is open above it
     QString m_server;        // asked last
-    bool m_menuOpen = false;
-    bool m_accepted = false;
     int m_failures = 0;
     int m_status = -1;
     QStringList m_binds;
