@@ -10,4 +10,5 @@ trap 'rm -rf "$prefix"' EXIT
 unset LD_LIBRARY_PATH
 cmake --install "$1" --prefix "$prefix" > /dev/null
 echo Lantern | "$prefix/bin/tavctl" hash
+for option in -h --help; do "$prefix/bin/tavctl" $option | grep '^usage: tavctl VERB'; done
 TAV3_CONFIG_DIR=$prefix "$prefix/bin/qorm-login" # nothing is configured, so it lets in
