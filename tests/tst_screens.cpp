@@ -29,7 +29,6 @@
 namespace {
 
 const QString BackgroundPicture = QStringLiteral("/tmp/config/files/login.jpg");
-const QColor PictureColour(32, 32, 32); // a grey, which survives JPEG
 
 template <typename Widget> Widget* Find(const QWidget& window, const QByteArray& name)
 {
@@ -59,11 +58,11 @@ void LogIn(LoginCfg& cfg, const char* user)
     cfg.loggedIn = false; // not looked up yet
 }
 
-// A link, as the terminal's configuration makes one.
+// A dark one, by a link, as the terminal's configuration makes it.
 void UsePicture()
 {
     QImage picture(400, 500, QImage::Format_RGB32);
-    picture.fill(PictureColour);
+    picture.fill(QColor(32, 32, 32));
     ShellIn(QStringLiteral("/tmp"),
             QStringLiteral("mkdir -p config/files; ln -sf ../picture.jpg config/files/login.jpg"));
     QVERIFY(picture.save(QStringLiteral("/tmp/config/picture.jpg")));
@@ -96,31 +95,11 @@ QString Buttons(const QWidget& window)
 {
     QStringList names;
     for (const auto* button : window.findChildren<QPushButton*>()) {
+        const QString name = button->objectName().isEmpty() ? button->text() : button->objectName();
         if (button->isVisibleTo(&window))
-            names += button->objectName() + (button->isDefault() ? QStringLiteral("*") : QString());
+            names += name + (button->isDefault() ? QStringLiteral("*") : QString());
     }
     return names.join(QLatin1Char(' '));
-}
-
-QString FocusName(const QWidget& window)
-{
-    const QWidget* focus = window.focusWidget();
-    const QString name = focus->objectName();
-    return name.isEmpty() ? focus->property("text").toString().remove(QLatin1Char('&')) : name;
-}
-
-// Where Tab leads, from the focus until it is back there; nothing when Shift+Tab does not lead back the same way.
-QString TabOrder(const QWidget& window)
-{
-    QStringList forth;
-    QStringList back;
-    for (; !forth.contains(FocusName(window)); QTest::keyClick(window.focusWidget(), Qt::Key_Tab))
-        forth += FocusName(window);
-    while (back.size() < forth.size()) {
-        QTest::keyClick(window.focusWidget(), Qt::Key_Backtab);
-        back.prepend(FocusName(window));
-    }
-    return back == forth ? forth.join(QLatin1Char(' ')) : QString();
 }
 
 std::unique_ptr<SetPassword> Shown()
@@ -188,8 +167,7 @@ private slots:
             {"user", user->text()},
             {"read only", user->isReadOnly() ? QStringLiteral("yes") : QStringLiteral("no")},
             {"password", password->text()},
-            {"selected", password->selectedText()},
-            {"Tab order", TabOrder(dialog)}};
+            {"selected", password->selectedText()}};
         for (const auto& [column, value] : expected)
             QCOMPARE(value, Text(column));
         QVERIFY(!QApplication::activePopupWidget());
@@ -218,11 +196,9 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(ended(), 3, 3000);
     }
 
-    void KeysAndViewButtons()
+    void ViewButtons()
     {
         const auto dialog = FilledIn();
-        QCOMPARE(TabOrder(*dialog),
-                 QStringLiteral("leNewPassword leRetypePassword pushButton leServer leUserName leOldPassword Cancel"));
         Find<QLineEdit>(*dialog, "leOldPassword")->insert(QStringLiteral("x"));
         for (const QByteArray word : {"Old", "New", "Retype"}) {
             auto* button = Find<QPushButton>(*dialog, "pbView" + word + "Pwd");
@@ -233,8 +209,6 @@ private slots:
             QTest::mouseRelease(button, Qt::LeftButton);
             QCOMPARE(field->echoMode(), QLineEdit::Password);
         }
-        dialog->SetUserName(QStringLiteral("other"));
-        QVERIFY(Find<QLineEdit>(*dialog, "leOldPassword")->text().isEmpty());
     }
 
     void PasswordChange_data() { LoadTable("screens.tsv"); }
@@ -265,8 +239,7 @@ private slots:
         SetCommandLine(qPrintable(Text("command line")));
         LoginWindow window(&m_cfg);
         window.show();
-        QVERIFY(QTest::qWaitForWindowActive(&window));
-        QCOMPARE(TabOrder(window), Text("Tab order"));
+        QCOMPARE(Buttons(window), Text("buttons"));
         QCOMPARE(bool(window.windowFlags() & Qt::CustomizeWindowHint), Flag("bare title"));
         QVERIFY(window.windowFlags() & Qt::WindowTitleHint);
     }
@@ -309,21 +282,6 @@ private slots:
                     QVERIFY2(look(field, "iiiiii") == look(field, "WWWWWW"), name);
             }
         });
-    }
-
-    // A style sheet that reads right can still have been ignored.
-    void StyleIsPainted()
-    {
-        UsePicture();
-        LogIn(m_cfg, "");
-        ngremotelogin dialog(&m_cfg);
-        dialog.show();
-        const QImage pixels = dialog.grab().toImage();
-        const auto* field = Find<QLineEdit>(dialog, "lePwd"); // without the focus, which has a border of its own
-        const QPoint edge = field->mapTo(&dialog, QPoint(0, field->height() / 2)) * pixels.devicePixelRatio();
-        QCOMPARE(pixels.pixelColor(edge).name(), QStringLiteral("#505050"));
-        QCOMPARE(pixels.pixelColor(2, 2).name(), PictureColour.name());
-        QVERIFY(!Find<QLabel>(dialog, "userimage")->isVisible());
     }
 
     void HugePictureIsNotShown()
