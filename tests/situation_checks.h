@@ -30,25 +30,6 @@ public:
 
     bool LooksBusy() const { return MessagePixels(16) > 20 && PointerPicture() != m_idlePointer; }
 
-    // Waits at its first call, for what a slow machine may still paint. The ring around what has the focus has the
-    // accent colour of the default style sheet, as does the default button.
-    bool HasRing()
-    {
-        const quint32 accent = 0xb54708;
-        if (m_ringPixels < 0) {
-            QTest::qWait(NeverMs);
-            m_ringPixels = CountPixels(accent);
-        }
-        return CountPixels(accent) == m_ringPixels;
-    }
-
-    // Whether the last line of the log that tells of an attempt's end has this sentence, code and success.
-    static bool WasOutcome(const QString& text)
-    {
-        const QString line = DebugLog().section(QStringLiteral("Debug: Error Message "), -1);
-        return line.startsWith(text + QStringLiteral(" (:0)"));
-    }
-
     // Whether one of the logs has this text; "_" there counts as a blank.
     static bool IsLogged(const QString& text)
     {
@@ -201,5 +182,4 @@ private:
     QStringList m_user;
     QMap<QString, QByteArray> m_traitsBefore;
     QByteArray m_idlePointer;
-    qint64 m_ringPixels = -1;
 };
