@@ -56,15 +56,17 @@ sanitize() {
     ! cat build-asan/sanitizer.* 2> /dev/null
 }
 
-# Every screen under valgrind; what it says is in build/valgrind-*.log.
+# Every screen under valgrind, the remote dialog's by random sessions; what it says is in build/valgrind-*.log.
 memory() {
     lab/install valgrind
-    lab/prepare e2e_situations
+    lab/prepare e2e_situations e2e_sessions
     rm -f build/valgrind-*.log
     export VALGRIND_OPTS="-q --leak-check=full --errors-for-leak-kinds=definite --show-leak-kinds=definite \
         --error-exitcode=99 --child-silent-after-fork=yes --suppressions=$PWD/tests/valgrind.supp \
         --log-file=$PWD/build/valgrind-%p.log"
-    TABLE=memory SHARD=0/1 QTEST_FUNCTION_TIMEOUT=600000 lab/sandbox build/tests/e2e_situations "$@"
+    export LC_ALL=C.UTF-8 QTEST_FUNCTION_TIMEOUT=2000000000
+    TABLE=memory SHARD=0/1 lab/sandbox build/tests/e2e_situations
+    SESSIONS_UNDER=valgrind lab/sandbox build/tests/e2e_sessions
 }
 
 # Random sessions beside their model: sessions [--minutes N] [--seed N]

@@ -8,7 +8,6 @@
 
 #include <QDir>
 #include <QTest>
-#include <csignal>
 
 namespace {
 
@@ -38,6 +37,10 @@ private slots:
         qunsetenv("LDAPTLS_CACERT");
         Run(QStringLiteral(PROJECT_DIR "/lab/certificate"),
             {m_home.filePath(QStringLiteral("stranger")), QStringLiteral("dc1.example.org")});
+        // The process group: what stands first in it only watches over the directory.
+        WriteScript(QStringLiteral("/tmp/with-stopped-directory"),
+                    "read -r directory < /tmp/dc/pid\nkill -STOP -$directory\n\"$@\"\nstatus=$?\n"
+                    "kill -CONT -$directory\nexit $status");
     }
 
     void Probe_data() { LoadTable("tavctl-directory.tsv"); }
@@ -55,21 +58,6 @@ private slots:
         QCOMPARE(CodesIn(output), Text("findings"));
         QCOMPARE(status, output.contains(QLatin1String("- error: ")) ? 1 : 0);
         QVERIFY(!QFile::exists(QStringLiteral("/tmp/AdPwdTest.log")));
-    }
-
-    void ProbeOfADirectoryThatHangs()
-    {
-        SetUpServer({}, {});
-        SetUpClient({});
-        const Configuration configuration
-            = ConfigurationFor(QStringLiteral("dc1.example.org"), QStringLiteral("LDAPS"));
-        // The process group: what stands first in it only watches over the directory.
-        const auto directory = static_cast<pid_t>(FileText(QStringLiteral("/tmp/dc/pid")).toInt());
-        QVERIFY(directory > 0 && kill(-directory, SIGSTOP) == 0);
-        const auto [status, output, error] = RunTavctl({QStringLiteral("probe")});
-        kill(-directory, SIGCONT);
-        QCOMPARE(CodesIn(output), QStringLiteral("port-silent"));
-        QCOMPARE(status, 1);
     }
 
     void Login_data() { LoadTable("tavctl-directory.tsv"); }

@@ -190,7 +190,6 @@ private:
         // What is to be seen
         {"see", [this](Text text) { return Sees(text); }},
         {"stays", [](Text text) { return !Within(NeverMs, [&] { return FocusedTitle() != Spaced(text); }); }},
-        {"quiet", [this](Text) { return Eventually([] { return !SituationChecks::ShowsMessage(); }); }},
         {"busy", [this](Text) { return Eventually([&] { return m_checks.LooksBusy(); }); }},
         {"idle", [this](Text) { return Eventually([&] { return m_checks.LooksIdle(); }); }},
         // What is to be found

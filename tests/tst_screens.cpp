@@ -161,12 +161,9 @@ private slots:
         const auto* message = Find<QLabel>(dialog, "lblMessage");
         const std::pair<const char*, QString> expected[]{
             {"box", said},
-            {"height", QString::number(dialog.height())},
             {"buttons", Buttons(dialog)},
             {"message", message->isVisible() ? message->text() : QString()},
             {"user", user->text()},
-            {"read only", user->isReadOnly() ? QStringLiteral("yes") : QStringLiteral("no")},
-            {"password", password->text()},
             {"selected", password->selectedText()}};
         for (const auto& [column, value] : expected)
             QCOMPARE(value, Text(column));
@@ -244,15 +241,20 @@ private slots:
         QVERIFY(window.windowFlags() & Qt::WindowTitleHint);
     }
 
-    void NothingIsCut_data() { LoadTable("screens.tsv"); }
+    void NothingIsCut_data()
+    {
+        QTest::addColumn<QString>("translation");
+        QTest::newRow("English") << QString();
+        for (const QString& file : QDir(QStringLiteral(":/translations")).entryList())
+            QTest::newRow(qPrintable(file)) << file;
+    }
 
     // The sentences of the login chain, which stand in a table, are there too.
     void NothingIsCut()
     {
-        const QString language = Text("language");
         QTranslator translator;
-        if (language != QLatin1String("en")) {
-            QVERIFY(translator.load(QStringLiteral(":/translations/qorm-login_") + language));
+        if (!Text("translation").isEmpty()) {
+            QVERIFY(translator.load(QStringLiteral(":/translations/") + Text("translation")));
             QCoreApplication::installTranslator(&translator);
             for (const QString& sentence : LdapHandler::LdapErrorMessages)
                 QVERIFY2(!translator.translate("LoginCfg", qPrintable(sentence)).isEmpty(), qPrintable(sentence));
