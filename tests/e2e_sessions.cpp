@@ -13,7 +13,6 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
-#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
@@ -103,21 +102,13 @@ QMap<QString, QWidget*> Controls(const QWidget& window)
     return controls;
 }
 
-QString TextOf(const QWidget& window)
-{
-    if (const auto* box = qobject_cast<const QMessageBox*>(&window))
-        return box->text().isEmpty() && box->informativeText().isEmpty() ? u"no words"_s : box->text();
-    const auto* problem = window.findChild<QLabel*>(u"lblProblem"_s);
-    return problem ? problem->text() : QString();
-}
-
 // As SessionModel::State().
 QString Seen()
 {
     const QWidget* front = qApp ? Front() : nullptr;
     if (!front || !QApplication::focusWidget() || FocusedTitle() != front->windowTitle())
         return {}; // it is on its way
-    QStringList parts{front->windowTitle(), TextOf(*front)};
+    QStringList parts{front->windowTitle()};
     const auto controls = Controls(*front);
     for (auto control = controls.begin(); control != controls.end(); ++control) {
         const auto* field = qobject_cast<QLineEdit*>(control.value());

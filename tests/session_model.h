@@ -68,7 +68,7 @@ public:
     // Of the window in front; and what else the session has left so far.
     QString State() const
     {
-        QStringList parts{Title(), m_windows.last().text};
+        QStringList parts{Title()};
         QStringList order = Order();
         order.sort();
         for (const QString& name : order) {
@@ -110,7 +110,6 @@ private:
     };
     struct Window {
         QString title;
-        QString text;
         QStringList order;
         QString focus;
         QMap<QString, Field> fields;
@@ -130,16 +129,11 @@ private:
         m_windows.last().focus = name;
     }
 
-    // The set-password dialog compares at once, and forgets another user's password.
+    // The set-password dialog forgets another user's password.
     void OnEdited()
     {
-        auto& fields = m_windows.last().fields;
         if (Focus() == u"leUserName"_s)
-            fields[u"leOldPassword"_s].text.clear();
-        if (Focus() == u"leNewPassword"_s || Focus() == u"leRetypePassword"_s)
-            m_windows.last().text = fields[u"leNewPassword"_s].text == fields[u"leRetypePassword"_s].text
-                ? QString()
-                : u"Password Mismatch"_s;
+            m_windows.last().fields[u"leOldPassword"_s].text.clear();
     }
 
     void Push(const QString& button)
@@ -148,8 +142,7 @@ private:
             m_windows.removeLast();
             button == u"Yes"_s ? AskForNewPassword() : Accept();
         } else if (IsChecking()) {
-            button == u"pushButton"_s ? ChangePassword()
-                                      : LeaveSetPassword(u"Cancel was selected, no change attempted"_s);
+            button == u"pushButton"_s ? ChangePassword() : LeaveSetPassword(false);
         } else if (m_windows.size() > 1) {
             CloseRefusal();
         } else if (button == u"login"_s || button == u"Unlock"_s) {
@@ -164,7 +157,7 @@ private:
     void Escape()
     {
         if (IsChecking())
-            Order().contains(u"No"_s) ? Push(u"No"_s) : LeaveSetPassword({});
+            Order().contains(u"No"_s) ? Push(u"No"_s) : LeaveSetPassword(false);
         else if (m_windows.size() > 1)
             CloseRefusal();
         else if (IsChangingUser())
@@ -181,7 +174,7 @@ private:
         if (mode == Mode::ChangeUser)
             order += u"cancel"_s;
         const Field user{unlock ? m_terminal.savedUser : QString(), false, unlock};
-        Screen() = {u"User Authentication"_s, {}, order, order[unlock], {{order[0], user}, {order[1], {}}}};
+        Screen() = {u"User Authentication"_s, order, order[unlock], {{order[0], user}, {order[1], {}}}};
         m_mode = mode;
     }
 
@@ -193,7 +186,7 @@ private:
                 return Answer();
             m_events += u"sec02|"_s + User();
         }
-        ShowBox(u"Authentication Error"_s, u"Could not contact LDAP server"_s);
+        ShowBox(u"Authentication Error"_s);
     }
 
     void Answer()
@@ -203,16 +196,11 @@ private:
         if (known && Password() == u"good"_s)
             return Accept();
         if (known && Password() == u"soon"_s)
-            return ShowBox(
-                u"Password Change?"_s,
-                u" Your Password will expire in  3 day(s).\n\n Do you want to change your password now?  \n"_s,
-                {u"Yes"_s, u"No"_s});
+            return ShowBox(u"Password Change?"_s, {u"Yes"_s, u"No"_s});
         if (Password() == u"must"_s)
             return AskForNewPassword();
         m_events += u"sec02|"_s + User();
-        const QMap<QString, QString> sentences{
-            {u"locked"_s, u"Your account is locked. Contact your system administrator"_s}, {u"mute"_s, {}}};
-        ShowBox(u"Authentication Error"_s, sentences.value(Password(), u"Invalid username or password"_s));
+        ShowBox(u"Authentication Error"_s);
     }
 
     void Accept()
@@ -224,16 +212,16 @@ private:
         m_status = IsChangingUser() ? 8 : 0;
     }
 
-    void ShowBox(const QString& title, const QString& text, const QStringList& buttons = {u"OK"_s})
+    void ShowBox(const QString& title, const QStringList& buttons = {u"OK"_s})
     {
-        m_windows += Window{title, text, buttons, buttons.first(), {}};
+        m_windows += Window{title, buttons, buttons.first(), {}};
     }
 
     void AskForNewPassword()
     {
         const QStringList order{u"leNewPassword"_s, u"leRetypePassword"_s, u"pushButton"_s, u"leServer"_s,
                                 u"leUserName"_s,    u"leOldPassword"_s,    u"Cancel"_s};
-        ShowBox(u"Password Change/Reset"_s, u"The New Password field is empty"_s, order);
+        ShowBox(u"Password Change/Reset"_s, order);
         m_windows.last().fields
             = {{order[0], {}}, {order[1], {}}, {order[3], {m_server}}, {order[4], {User()}}, {order[5], {Password()}}};
     }
@@ -242,26 +230,23 @@ private:
     {
         const auto fields = m_windows.last().fields;
         const QString password = fields[u"leNewPassword"_s].text;
-        if (password.isEmpty() || password != fields[u"leRetypePassword"_s].text) {
-            m_windows.last().text = u"The new and retyped password do not match"_s;
-        } else {
-            m_changes += QStringList{fields[u"leServer"_s].text, fields[u"leUserName"_s].text,
-                                     fields[u"leOldPassword"_s].text, password, password}
-                             .join(u':');
-            LeaveSetPassword(password == u"weak"_s ? u"Failed to change password"_s : QString(), true);
-        }
+        if (password.isEmpty() || password != fields[u"leRetypePassword"_s].text)
+            return;
+        m_changes += QStringList{fields[u"leServer"_s].text, fields[u"leUserName"_s].text,
+                                 fields[u"leOldPassword"_s].text, password, password}
+                         .join(u':');
+        LeaveSetPassword(password != u"weak"_s);
     }
 
-    // With the reason why the password was not changed.
-    void LeaveSetPassword(const QString& reason, bool tried = false)
+    void LeaveSetPassword(bool changed)
     {
         m_windows.removeLast();
         m_events += u"sec02|"_s + User();
-        if (!tried || !reason.isEmpty())
-            return ShowBox(u"Authentication Error"_s, reason);
+        if (!changed)
+            return ShowBox(u"Authentication Error"_s);
         --m_failures;
         Screen().fields[u"lePwd"_s] = {};
-        ShowBox(u"Password Changed"_s, u"Please log in with your new password"_s);
+        ShowBox(u"Password Changed"_s);
     }
 
     void CloseRefusal()

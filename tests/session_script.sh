@@ -99,10 +99,9 @@ every_status() {
 }
 
 press() { xdotool key --delay 20 "$@"; }
-# At the gate: the keys that lead to the field or button, then what is typed there.
+# At the gate: a name and a password.
 sign_in() {
     await in_front 'User Authentication'
-    [ $# = 2 ] || press "${@:3}"
     xdotool type --delay 5 "$1"$'\t'"$2"
     press Return
 }
