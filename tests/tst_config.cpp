@@ -88,7 +88,10 @@ private slots:
 
     void SaveUser()
     {
+        const char* const buffers[] = {crypt_passwd("x", "$5$salt$"), rdp_encrypt("x")}; // the library's own
         m_cfg->SaveUserFiles(Text("name"), Text("password"), Text("domain"));
+        for (const char* buffer : buffers)
+            QVERIFY(buffer && !*buffer); // they are wiped
         const QString hashed = QString::fromLatin1(FileText(QStringLiteral("/tmp/.user")));
         QTEST(QString(hashed).replace(QRegularExpression(QStringLiteral("\\$y\\$\\S+")), QStringLiteral("HASH")),
               "hashed");
