@@ -15,6 +15,13 @@ template <typename T> std::unique_ptr<T, decltype(&free)> Owned(T* reply)
     return {reply, free};
 }
 
+// Not xcb_sync_systemcounter_name(), which takes the padding of the C struct for a part of the protocol and so starts
+// two bytes into the name.
+QByteArray NameOf(const xcb_sync_systemcounter_t& counter)
+{
+    return {reinterpret_cast<const char*>(&counter.name_len + 1), counter.name_len};
+}
+
 // The counter of the server's clock; 0 where its SYNC extension is missing.
 xcb_sync_counter_t FindClock(xcb_connection_t* connection)
 {
@@ -24,7 +31,7 @@ xcb_sync_counter_t FindClock(xcb_connection_t* connection)
         return 0;
     for (auto counter = xcb_sync_list_system_counters_counters_iterator(counters.get()); counter.rem > 0;
          xcb_sync_systemcounter_next(&counter)) {
-        if (QByteArray(xcb_sync_systemcounter_name(counter.data), counter.data->name_len) == "SERVERTIME")
+        if (NameOf(*counter.data) == "SERVERTIME")
             return counter.data->counter;
     }
     return 0;

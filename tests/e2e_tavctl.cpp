@@ -38,7 +38,7 @@ private slots:
         Run(QStringLiteral(PROJECT_DIR "/lab/certificate"),
             {m_home.filePath(QStringLiteral("stranger")), QStringLiteral("dc1.example.org")});
         // The process group: what stands first in it only watches over the directory.
-        WriteScript(QStringLiteral("/tmp/with-stopped-directory"),
+        WriteScript(QStringLiteral("/tmp/dc/with-stopped-directory"),
                     "read -r directory < /tmp/dc/pid\nkill -STOP -$directory\n\"$@\"\nstatus=$?\n"
                     "kill -CONT -$directory\nexit $status");
     }
