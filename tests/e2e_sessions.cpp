@@ -6,6 +6,7 @@
 // SESSIONS_SEED is the number of the first session, SESSIONS_MINUTES how long to play instead of SessionCount.
 #include "ldap/ldaphandler.h"
 #include "tav3/rdpcipher.h"
+#include "tav3/stringblur.h"
 #include "tests/session_model.h"
 #include "tests/support/gatedriver.h"
 #include "tests/support/testsupport.h"
@@ -28,6 +29,7 @@ int GateMain(int argc, char** argv); // of app/main.cpp
 
 namespace {
 
+constexpr unsigned FirstSession = 30;
 constexpr unsigned SessionCount = 20;
 constexpr int InputCount = 30;
 constexpr int AgreedStatus = 42; // of a session's process
@@ -69,9 +71,11 @@ QString Tool(const char* name)
 // Which terminal a session has.
 Terminal TerminalOf(unsigned seed)
 {
+    if (seed % 6 == 0)
+        return {QLatin1String(seed % 4 ? "" : "setup"), {}, {}};
     const QStringList servers[]{Words("live"), Words("live dead"), Words("dead live"), Words("dead1 dead2")};
     const unsigned kind = seed % 16;
-    return {QLatin1String(seed % 3 ? "alice" : ""), servers[kind < 3 ? kind + 1 : 0]};
+    return {u"force"_s, QLatin1String(seed % 3 ? "alice" : ""), servers[kind < 3 ? kind + 1 : 0]};
 }
 
 QString NameOf(const QWidget& widget)
@@ -199,7 +203,7 @@ private:
             Agree();
         Give();
         m_waiting.start();
-        StepIn(m_held.isEmpty() ? 1 : HoldMs);
+        StepIn(m_held.isEmpty() && !m_model.IsLocal() ? 1 : HoldMs); // the local window pauses before it checks
     }
 
     bool Agrees() const { return Seen() == m_model.State() && Found() == m_model.Traces(); }
@@ -223,7 +227,8 @@ private:
     [[noreturn]] void End(int status) const
     {
         const bool opens = status == 0 || status == 8;
-        if (status != m_model.Status() || (opens && !MayOpen(status)))
+        const bool mayOpen = m_model.IsLocal() ? m_inputs.contains(u"local"_s) : MayOpen(status);
+        if (status != m_model.Status() || (opens && !mayOpen))
             Differ(qPrintable(u"ended with %1"_s.arg(status)));
         for (int ms = 0; Found() != m_model.Traces(); ms += 5) { // events are on their way
             if (ms > WaitMs)
@@ -245,7 +250,7 @@ private:
         const bool fillsIn = m_model.Title() == u"Password Change/Reset"_s;
         const int choice = Below(16);
         if (choice < 2)
-            return Click(OneOf(m_model.Order()));
+            return Click(OneOf(m_model.Order()), m_model.IsScreen() && Below(3) == 0);
         if (choice < 3)
             return Press(OneOf("Tab shift+Tab Escape"));
         if (choice < 4)
@@ -267,13 +272,15 @@ private:
         else if (m_model.IsEmpty())
             Type(WordFor(focus));
         else
-            Press(focus == u"lePwd"_s || focus == u"leRetypePassword"_s ? u"Return"_s : u"Tab"_s);
+            Press(Words("lePasswordEntry lePwd leRetypePassword").contains(focus) ? u"Return"_s : u"Tab"_s);
     }
 
     QString WordFor(const QString& field)
     {
         if (field == u"leUser"_s)
             return OneOf("alice bob bob guest");
+        if (field == u"lePasswordEntry"_s)
+            return OneOf("local wrong wrong");
         if (field.endsWith(QLatin1String("wPassword")) || field.startsWith(QLatin1String("leRe")))
             return OneOf("fresh fresh fresh weak");
         return OneOf("good good soon soon must locked mute bad");
@@ -312,17 +319,17 @@ private:
     }
 
     // Right of a field's text, in the middle of a button.
-    void Click(const QString& name)
+    void Click(const QString& name, bool twice = false)
     {
-        m_inputs += QLatin1Char('[') + name + QLatin1Char(']');
+        m_inputs += QLatin1Char('[') + name + QLatin1String(twice ? " twice]" : "]");
         const QWidget& widget = *Controls(*Front()).value(name);
-        m_model.Click(name);
+        twice ? m_model.ClickTwice(name) : m_model.Click(name);
         const QPoint end(widget.width() - 3, widget.height() / 2);
         const QPoint place = widget.mapToGlobal(widget.inherits("QLineEdit") ? end : widget.rect().center());
         while (m_sinceClick.isValid() && m_sinceClick.elapsed() <= DoubleClickMs)
             QThread::msleep(10);
         UseTool(Words("mousemove") + QStringList{QString::number(place.x()), QString::number(place.y())}
-                + Words("click 1"));
+                + Words(twice ? "click --delay 0 --repeat 2 1" : "click 1"));
         m_sinceClick.start();
     }
 
@@ -362,7 +369,8 @@ private slots:
     void PlayedAsExpected()
     {
         const int minutes = qEnvironmentVariableIntValue("SESSIONS_MINUTES");
-        const unsigned first = qMax(1, qEnvironmentVariableIntValue("SESSIONS_SEED"));
+        const int seed = qEnvironmentVariableIntValue("SESSIONS_SEED");
+        const unsigned first = seed > 0 ? unsigned(seed) : FirstSession;
         QElapsedTimer played;
         played.start();
         unsigned count = 0;
@@ -411,8 +419,13 @@ private:
             WriteFile(u"/tmp/.user.1"_s,
                       QByteArray(rdp_encrypt(terminal.savedUser.toLatin1().constData())) + ",00,,00,\n");
         }
+        const QString stored = TavStringBlur::Encode(u"local"_s);
         m_configuration = std::make_unique<Configuration>(
-            QMap<QString, QString>{{u"remoteauthserver"_s, terminal.servers.join(QLatin1Char(' '))},
+            QMap<QString, QString>{{u"enablelocalauth"_s, u"true"_s},
+                                   {u"localauthpass"_s, stored},
+                                   {u"enableterminalpass"_s, u"true"_s},
+                                   {u"terminalpass"_s, stored},
+                                   {u"remoteauthserver"_s, terminal.servers.join(QLatin1Char(' '))},
                                    {u"remoteauthtype"_s, u"LDAP"_s},
                                    {u"remoteauthdomain"_s, u"example.org"_s}});
     }
@@ -424,13 +437,13 @@ private:
     std::unique_ptr<Configuration> m_configuration;
 };
 
-// As the program that was told to show the remote dialog.
+// As the program with the session's argument.
 int Play(char* program, unsigned seed)
 {
     static const Player player(seed); // longer than main()
-    char argument[] = "force";
-    char* words[]{program, argument, nullptr};
-    return GateMain(2, words);
+    QByteArray argument = TerminalOf(seed).argument.toLatin1();
+    char* words[]{program, argument.isEmpty() ? nullptr : argument.data(), nullptr};
+    return GateMain(argument.isEmpty() ? 1 : 2, words);
 }
 
 int main(int argc, char** argv)

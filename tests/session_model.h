@@ -12,6 +12,7 @@ inline QString operator""_s(const char16_t* text, size_t size)
 
 // The terminal of a session, and its directory: that accepts alice and bob, and what it answers is in the password.
 struct Terminal {
+    QString argument;    // of the program: "force" for the remote dialog, none or "setup" for the local window
     QString savedUser;   // whose session is up; empty for none
     QStringList servers; // those named "dead..." don't answer
 };
@@ -23,7 +24,10 @@ class SessionModel {
 public:
     explicit SessionModel(const Terminal& terminal) : m_terminal(terminal), m_windows{Window()}
     {
-        Enter(terminal.savedUser.isEmpty() ? Mode::Login : Mode::Unlock);
+        if (terminal.argument == u"force"_s)
+            Enter(terminal.savedUser.isEmpty() ? Mode::Login : Mode::Unlock);
+        else
+            AskForLocalPassword();
         m_saved = terminal.savedUser.isEmpty() ? QString() : terminal.savedUser + u"||"_s;
     }
 
@@ -45,10 +49,10 @@ public:
             SetFocus(Order().at((Order().indexOf(Focus()) + step) % Order().size()));
             if (IsField(Focus()))
                 FocusField().selected = !FocusField().text.isEmpty();
-        } else if (!IsField(Focus())) {
+        } else if (IsField(Focus())) { // Return; blanks are typed nowhere
+            Submit();
+        } else if (!IsLocal() || Focus() != u"Cancel"_s || key != u"Return"_s) { // which does nothing there
             Push(Focus());
-        } else { // Return; blanks are typed nowhere
-            IsChecking() ? ChangePassword() : SignIn();
         }
     }
 
@@ -57,6 +61,14 @@ public:
         SetFocus(name);
         if (!IsField(name))
             Push(name);
+    }
+
+    // Counts once on a button; takes the whole word in a field.
+    void ClickTwice(const QString& name)
+    {
+        Click(name);
+        if (IsField(name))
+            FocusField().selected = !FocusField().text.isEmpty();
     }
 
     void LetThirtySecondsPass()
@@ -92,6 +104,8 @@ public:
     QStringList Order() const { return m_windows.last().order; } // of Tab
     QString Focus() const { return m_windows.last().focus; }
     bool IsField(const QString& name) const { return m_windows.last().fields.contains(name); }
+    bool IsScreen() const { return m_windows.size() == 1; } // not a box or dialog above it
+    bool IsLocal() const { return m_mode == Mode::Local; }
     bool IsChangingUser() const { return m_mode == Mode::ChangeUser; }
     int Status() const { return m_status; } // -1 while the program runs
 
@@ -114,7 +128,7 @@ private:
         QString focus;
         QMap<QString, Field> fields;
     };
-    enum class Mode { Login, Unlock, ChangeUser };
+    enum class Mode { Local, Login, Unlock, ChangeUser };
 
     Window& Screen() { return m_windows.first(); }
     Field& FocusField() { return m_windows.last().fields[Focus()]; }
@@ -136,6 +150,14 @@ private:
             m_windows.last().fields[u"leOldPassword"_s].text.clear();
     }
 
+    void Submit()
+    {
+        if (IsLocal())
+            CheckLocally();
+        else
+            IsChecking() ? ChangePassword() : SignIn();
+    }
+
     void Push(const QString& button)
     {
         if (button == u"Yes"_s || button == u"No"_s) {
@@ -145,10 +167,12 @@ private:
             button == u"pushButton"_s ? ChangePassword() : LeaveSetPassword(false);
         } else if (m_windows.size() > 1) {
             CloseRefusal();
+        } else if (IsLocal()) {
+            button == u"OK"_s ? CheckLocally() : End(1);
         } else if (button == u"login"_s || button == u"Unlock"_s) {
             SignIn();
         } else if (button == u"logout"_s) {
-            m_status = 7;
+            End(7);
         } else {
             Enter(button == u"change"_s ? Mode::ChangeUser : Mode::Unlock);
         }
@@ -162,8 +186,29 @@ private:
             CloseRefusal();
         else if (IsChangingUser())
             LetThirtySecondsPass();
-        else
+        else if (!IsLocal())
             ++m_shutdowns;
+    }
+
+    void End(int status) { m_status = status; }
+
+    void AskForLocalPassword()
+    {
+        const bool isSetup = m_terminal.argument == u"setup"_s;
+        const QStringList order{u"lePasswordEntry"_s, u"OK"_s, u"Cancel"_s};
+        Screen() = {u"Login"_s, order.mid(0, isSetup ? 3 : 2), order[0], {{order[0], {}}}};
+    }
+
+    // An empty password is not checked.
+    void CheckLocally()
+    {
+        const QString password = std::exchange(Screen().fields[u"lePasswordEntry"_s].text, {});
+        if (password == u"local"_s)
+            End(0);
+        else if (!password.isEmpty())
+            ShowBox(u"Login Error"_s);
+        if (!password.isEmpty())
+            m_events += (m_status == 0 ? u"sec02|localuser"_s : u"sec01|localuser"_s);
     }
 
     void Enter(Mode mode)
@@ -252,6 +297,8 @@ private:
     void CloseRefusal()
     {
         m_windows.removeLast();
+        if (IsLocal())
+            return SetFocus(u"lePasswordEntry"_s);
         SetFocus(User().isEmpty() ? u"leUser"_s : u"lePwd"_s);
         Screen().fields[u"lePwd"_s].selected = Focus() == u"lePwd"_s && !Password().isEmpty();
         if (++m_failures > 2)
@@ -259,7 +306,7 @@ private:
     }
 
     Terminal m_terminal;
-    Mode m_mode = Mode::Login;
+    Mode m_mode = Mode::Local;
     QList<Window> m_windows; // the screen, and what is open above it
     QString m_server;        // asked last
     int m_failures = 0;
