@@ -3,7 +3,8 @@
 // Random sessions at the gate, beside a model of what a person expects of it. Each is a process of its own that runs
 // main() of the program on a real X server, and in it a player, who knows where the buttons are: it gives X the next
 // input when all that is seen is what the model says.
-// SESSIONS_SEED is the number of the first session, SESSIONS_MINUTES how long to play instead of SessionCount.
+// SESSIONS_SEED is the number of the first session instead of FirstSession, SESSIONS_MINUTES how long to play instead
+// of SessionCount.
 #include "ldap/ldaphandler.h"
 #include "tav3/rdpcipher.h"
 #include "tav3/stringblur.h"
@@ -29,7 +30,7 @@ int GateMain(int argc, char** argv); // of app/main.cpp
 
 namespace {
 
-constexpr unsigned FirstSession = 462; // in 465 keys are pressed while a second server is asked, which accepts
+constexpr unsigned FirstSession = 894; // in 897 keys are pressed while a second server is asked, which accepts
 constexpr unsigned SessionCount = 20;
 constexpr int InputCount = 30;
 constexpr int AgreedStatus = 42; // of a session's process
