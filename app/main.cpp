@@ -19,6 +19,7 @@
 
 #include <QApplication>
 #include <QDebug>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
@@ -90,6 +91,9 @@ int main(int argc, char** argv)
         std::ignore = fputs("qorm-login: refusing to run set-user-id\n", stderr);
         return EXIT_FAILURE;
     }
+    // A write to an X server that has died fails then, and Qt ends us with status 1, as it does after a read. A child
+    // gets the signal: Qt sets it back.
+    std::ignore = signal(SIGPIPE, SIG_IGN);
     LoginCfg cfg(true); // before the application object, so that its lines come first
     // A session manager could end the event loop, which would count as a good password.
     unsetenv("SESSION_MANAGER");

@@ -13,6 +13,8 @@ constexpr quint64 EpochOffsetSeconds = 11644473600;
 // In the year 2052. A password that never expires has a date far behind it.
 constexpr quint64 LastExpiryDay = 30000;
 
+// A refusal holds one; each of a flood would get a sentence, and the memory with them.
+constexpr int MaxSubCodes = 1000;
 constexpr int MaxComplaintChars = 80;
 constexpr int MaxComplaintLines = 20; // warnings may stand before it
 
@@ -96,11 +98,13 @@ QStringList ParseSubCodes(const QStringList& errorLines)
     if (errorLines.size() < 2 || !errorLines.first().contains(QLatin1String("ldap_bind: Invalid credentials (49)")))
         return {};
     QStringList codes;
-    for (const QString& part : errorLines.at(1).split(QLatin1Char(','))) {
-        const QString piece = part.trimmed();
-        const QStringList words = piece.split(QLatin1Char(' '));
+    for (const QStringRef& part : errorLines.at(1).splitRef(QLatin1Char(','))) {
+        const QStringRef piece = part.trimmed();
+        const auto words = piece.split(QLatin1Char(' '));
         if (piece.startsWith(QLatin1String("data")) && words.size() > 1)
-            codes += words.at(1);
+            codes += words.at(1).toString();
+        if (codes.size() == MaxSubCodes)
+            break;
     }
     return codes;
 }
