@@ -156,7 +156,9 @@ private slots:
         const QString folder = m_folder.path();
         if (!Text("words").isEmpty() && !ShellIn(folder, QStringLiteral("setpriv --reuid nobody --clear-groups true")))
             QSKIP("only root can take the rights of another user");
-        ShellIn(folder, QStringLiteral("rm -f * /tmp/.newuser* /tmp/.user.1"));
+        ShellIn(folder,
+                QStringLiteral("rm -f * && cd /tmp && rm -f .newuser .newuser.1 .user .user.1 .tav3-65534.key "
+                               "AdPwdTest.log QormLoginDebug.log"));
         if (!Text("file").isNull())
             WriteFile(m_folder.filePath(QStringLiteral("config.xml")), FileFrom(Text("file")));
         WriteFile(m_folder.filePath(QStringLiteral("registry.reg")), Text("registry").toUtf8());
