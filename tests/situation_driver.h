@@ -67,9 +67,9 @@ private:
 
     QString State() const
     {
-        return QStringLiteral("%1 %2, \"%3\" has the keyboard, secrets are in: %4")
+        return QStringLiteral("%1 %2, \"%3\" has the keyboard, events: %4, secrets are in: %5")
             .arg(Ending(QStringLiteral("asking")), m_checks.Fates(), m_stage.desktop ? FocusedTitle() : QString(),
-                 m_checks.Leaks(Program()).join(QLatin1Char('+')));
+                 Events(), m_checks.Leaks(Program()).join(QLatin1Char('+')));
     }
 
     // How the program ended within the time limit, in the table's words.

@@ -5,6 +5,7 @@
 #include "tests/situation_table.h"
 #include "tests/support/gatedriver.h"
 
+#include <algorithm>
 #include <sched.h>
 
 // Where the situations of a table take place: its scripts, the terminal's tools, the X server, the domain controller.
@@ -59,18 +60,25 @@ public:
     {
         const QString name = text.section(QLatin1Char('='), 0, 0);
         const QStringList scripts = text.section(QLatin1Char('='), 1).split(QLatin1Char('/'));
-        const QString body = QStringLiteral("echo \"$1 $2\" >> %1/calls/%2\n"
+        const QString body = QStringLiteral("echo \"$$ $1 $2\" >> %1/calls/%2\n"
                                             "case \"$*\" in *namingContexts) exec %3 \"$@\" ;; esac\n"
                                             "exec %4 \"$@\"");
         WriteScript(m_toolFolder + QLatin1Char('/') + name,
                     body.arg(m_folder, name, scripts.first(), scripts.last()).toUtf8());
     }
 
-    // The first two arguments of each call of a tool, in one text.
+    // The first two arguments of each call of a tool, in one text. The processes' numbers say which was started first:
+    // nobody waits for one that reports an event, and under load a later one can be the first to note its call.
     QStringList Calls(const QString& tool) const
     {
         const QByteArray text = FileText(Path("calls/") + tool);
-        return QString::fromUtf8(text).split(QLatin1Char('\n')).mid(0, text.count('\n'));
+        QStringList calls = QString::fromUtf8(text).split(QLatin1Char('\n')).mid(0, text.count('\n'));
+        const auto number = [](const QString& call) { return call.section(QLatin1Char(' '), 0, 0).toInt(); };
+        std::sort(calls.begin(), calls.end(),
+                  [number](const QString& a, const QString& b) { return number(a) < number(b); });
+        for (QString& call : calls)
+            call = call.section(QLatin1Char(' '), 1);
+        return calls;
     }
 
     QString Path(const char* file) const { return m_folder + QLatin1Char('/') + QLatin1String(file); }
