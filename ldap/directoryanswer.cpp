@@ -13,7 +13,8 @@ constexpr quint64 EpochOffsetSeconds = 11644473600;
 // In the year 2052. A password that never expires has a date far behind it.
 constexpr quint64 LastExpiryDay = 30000;
 
-// A refusal holds one; each of a flood would get a sentence, and the memory with them.
+// A refusal holds one; each of a flood would get a sentence, and the memory with them. The last ones are kept, as the last
+// decides.
 constexpr int MaxSubCodes = 1000;
 constexpr int MaxComplaintChars = 80;
 constexpr int MaxComplaintLines = 20; // warnings may stand before it
@@ -103,8 +104,8 @@ QStringList ParseSubCodes(const QStringList& errorLines)
         const auto words = piece.split(QLatin1Char(' '));
         if (piece.startsWith(QLatin1String("data")) && words.size() > 1)
             codes += words.at(1).toString();
-        if (codes.size() == MaxSubCodes)
-            break;
+        if (codes.size() > MaxSubCodes)
+            codes.removeFirst();
     }
     return codes;
 }

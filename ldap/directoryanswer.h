@@ -33,7 +33,7 @@ PasswordDates ParsePasswordDates(const QStringList& lines, qint64 now);
 // Whole days since 1970-01-01 UTC of a directory time, a count of 100 ns ticks since 1601-01-01 UTC.
 quint64 EpochDays(quint64 ticks);
 
-// The sub-codes in the complaint about a refused bind, in their order, at most 1,000; an empty one counts too.
+// The sub-codes in the complaint about a refused bind, in their order, the last 1,000; an empty one counts too.
 QStringList ParseSubCodes(const QStringList& errorLines);
 
 // What the client itself says about a refusal, without the call's name and number, on one line of at most 80
