@@ -13,8 +13,7 @@ constexpr quint64 EpochOffsetSeconds = 11644473600;
 // In the year 2052. A password that never expires has a date far behind it.
 constexpr quint64 LastExpiryDay = 30000;
 
-// A refusal holds one; each of a flood would get a sentence, and the memory with them. The last ones are kept, as the last
-// decides.
+// A refusal holds one; each of a flood would get a sentence. Kept are the last, as the last decides.
 constexpr int MaxSubCodes = 1000;
 constexpr int MaxComplaintChars = 80;
 constexpr int MaxComplaintLines = 20; // warnings may stand before it
