@@ -13,7 +13,6 @@ constexpr bool IsSanitized = true;
 #else
 constexpr bool IsSanitized = false;
 #endif
-constexpr int DefaultLimitS = IsSanitized ? 30 : 10; // the machine may be busy
 
 const QString TableName = QString::fromLocal8Bit(qgetenv("TABLE"));
 
@@ -51,7 +50,7 @@ private slots:
         const auto& situation = m_table.situations.at(number);
         if (IsSanitized && (situation.text.contains(u"descriptors:") || situation.text.contains(u"--as=")))
             QSKIP("the sanitizers need descriptors and memory of their own");
-        SituationDriver driver(m_stage, m_table.secrets, situation.limitS > 0 ? situation.limitS : DefaultLimitS);
+        SituationDriver driver(m_stage, m_table.secrets, situation.limitS > 0 ? situation.limitS : WaitMs / 1000);
         const QString expected = situation.status + QLatin1Char('\t') + situation.files;
         const QString seen = driver.Play(situation);
         if (seen != expected)

@@ -18,7 +18,7 @@ export PATH TERMINAL_CONFIG_DIR=$work TAV3_CONFIG_DIR=$work
 fail() { echo "$1" >&2; exit 1; }
 
 await() {
-    local end=$((SECONDS + 15))
+    local end=$((SECONDS + 30))
     until "$@"; do
         [ $SECONDS -lt $end ] || fail "This did not come true: $*"
         /bin/sleep 0.05
