@@ -41,6 +41,11 @@ private slots:
         WriteScript(QStringLiteral("/tmp/dc/with-stopped-directory"),
                     "read -r directory < /tmp/dc/pid\nkill -STOP -$directory\n\"$@\"\nstatus=$?\n"
                     "kill -CONT -$directory\nexit $status");
+        WriteScript(QStringLiteral("/tmp/dc/with-web-server"), R"(exec python3 -c '
+import http.server, subprocess, sys, threading
+server = http.server.HTTPServer(("dc2.example.org", 636), http.server.BaseHTTPRequestHandler)
+threading.Thread(target=server.serve_forever, daemon=True).start()
+sys.exit(subprocess.call(sys.argv[1:]))' "$@")");
     }
 
     void Probe_data() { LoadTable("tavctl-directory.tsv"); }
