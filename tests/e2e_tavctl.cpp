@@ -42,9 +42,15 @@ private slots:
                     "read -r directory < /tmp/dc/pid\nkill -STOP -$directory\n\"$@\"\nstatus=$?\n"
                     "kill -CONT -$directory\nexit $status");
         WriteScript(QStringLiteral("/tmp/dc/with-web-server"), R"(exec python3 -c '
-import http.server, subprocess, sys, threading
-server = http.server.HTTPServer(("dc2.example.org", 636), http.server.BaseHTTPRequestHandler)
-threading.Thread(target=server.serve_forever, daemon=True).start()
+import socketserver, subprocess, sys, threading
+class Refusal(socketserver.BaseRequestHandler):
+    def handle(self):
+        self.request.recv(1000)
+        self.request.sendall(b"HTTP/1.0 400 Bad Request\r\n")
+socketserver.TCPServer.allow_reuse_address = True
+for port in 389, 636:
+    server = socketserver.TCPServer(("dc2.example.org", port), Refusal)
+    threading.Thread(target=server.serve_forever, daemon=True).start()
 sys.exit(subprocess.call(sys.argv[1:]))' "$@")");
     }
 

@@ -158,7 +158,7 @@ private slots:
             QSKIP("only root can take the rights of another user");
         ShellIn(folder,
                 QStringLiteral("rm -f * && cd /tmp && rm -f .newuser .newuser.1 .user .user.1 .tav3-65534.key "
-                               "AdPwdTest.log QormLoginDebug.log"));
+                               "AdPwdTest.log QormLoginDebug.log config/files/QXlogin.log"));
         if (!Text("file").isNull())
             WriteFile(m_folder.filePath(QStringLiteral("config.xml")), FileFrom(Text("file")));
         WriteFile(m_folder.filePath(QStringLiteral("registry.reg")), Text("registry").toUtf8());
