@@ -34,6 +34,8 @@ public:
     // Inputs; keys by their names in X, however long they are held.
     void Type(const QString& text)
     {
+        if (Order().contains(u"No"_s) && text.contains(u'n'))
+            return Push(u"No"_s); // a box takes the letter of a button without Alt
         if (!IsField(Focus()) || FocusField().readOnly)
             return;
         FocusField() = {FocusField().selected ? text : FocusField().text + text};
