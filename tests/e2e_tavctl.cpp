@@ -43,13 +43,10 @@ private slots:
                     "kill -CONT -$directory\nexit $status");
         WriteScript(QStringLiteral("/tmp/dc/with-web-server"), R"(exec python3 -c '
 import socketserver, subprocess, sys, threading
-class Refusal(socketserver.BaseRequestHandler):
-    def handle(self):
-        self.request.recv(1000)
-        self.request.sendall(b"HTTP/1.0 400 Bad Request\r\n")
 socketserver.TCPServer.allow_reuse_address = True
+refuse = lambda client, *_: client.recv(1000) and client.sendall(b"HTTP/1.0 400 Bad Request\r\n")
 for port in 389, 636:
-    server = socketserver.TCPServer(("dc2.example.org", port), Refusal)
+    server = socketserver.TCPServer(("dc2.example.org", port), refuse)
     threading.Thread(target=server.serve_forever, daemon=True).start()
 sys.exit(subprocess.call(sys.argv[1:]))' "$@")");
     }
