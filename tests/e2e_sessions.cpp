@@ -390,9 +390,8 @@ private:
         Prepare(TerminalOf(seed), seed % 3 == 0);
         QProcess session;
         session.setStandardErrorFile(QProcess::nullDevice());
-        const QStringList wrapper = Words(qgetenv("SESSIONS_UNDER").constData());
-        const QStringList command
-            = wrapper + QStringList{QCoreApplication::applicationFilePath(), u"play"_s, QString::number(seed)};
+        const QStringList command = Words(qgetenv("SESSIONS_UNDER").constData())
+            + QStringList{QCoreApplication::applicationFilePath(), u"play"_s, QString::number(seed)};
         session.start(command.first(), command.mid(1));
         if (!session.waitForFinished(SessionLimitMs)) // the player has a limit for each of its waits
             session.kill();

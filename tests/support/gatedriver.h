@@ -13,7 +13,7 @@
 
 // For what must happen. On a busy machine a change of the password by the real smbpasswd took more than 10 s.
 constexpr int WaitMs = 30000;
-constexpr int NeverMs = 600;  // for what must not
+constexpr int NeverMs = 600; // for what must not
 
 // Waits until `condition` holds; whether it does within the limit.
 bool Within(int limitMs, const std::function<bool()>& condition);

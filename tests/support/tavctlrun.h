@@ -22,7 +22,8 @@ inline TavctlRun RunTavctl(const QStringList& words, const QByteArray& input = {
     process.write(input);
     process.closeWriteChannel();
     const bool ended = process.waitForFinished(45000) && process.exitStatus() == QProcess::NormalExit;
-    return {ended ? process.exitCode() : -1, QString::fromUtf8(process.readAllStandardOutput()),
+    const QByteArray output = process.readAllStandardOutput(); // without a size it would be taken up to a NUL
+    return {ended ? process.exitCode() : -1, QString::fromUtf8(output.constData(), output.size()),
             QString::fromUtf8(process.readAllStandardError())};
 }
 
