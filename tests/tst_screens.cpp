@@ -3,6 +3,7 @@
 // The three screens inside this process. What ends it, and what needs an X server, is tested on the built program.
 // How they look is tested in every language, and at several scales and with a larger font by CMakeLists.txt, as Qt
 // takes these only when a program starts.
+#include "desktop/fonts.h"
 #include "desktop/plainstyle.h"
 #include "desktop/restingcaret.h"
 #include "config/logincfg.h"
@@ -373,6 +374,7 @@ int main(int argc, char** argv)
 {
     QApplication::setStyle(new PlainStyle);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    LoadFontConfiguration();
     SetCommandLine("gate");
     const QApplication application(wordCount, words);
     Screens screens;
