@@ -41,9 +41,9 @@ bool RunChild(QProcess& process, const QString& program, const QStringList& argu
         flooded = true;
         process.kill();
     };
-    // Direct connections: Qt raises both from inside waitForFinished().
-    const auto outputConnection = QObject::connect(&process, &QProcess::readyReadStandardOutput, collect);
-    const auto errorConnection = QObject::connect(&process, &QProcess::readyReadStandardError, collect);
+    const QObject reader; // the connections, whose signals Qt raises from inside waitForFinished(), end with it
+    QObject::connect(&process, &QProcess::readyReadStandardOutput, &reader, collect);
+    QObject::connect(&process, &QProcess::readyReadStandardError, &reader, collect);
     process.start(program, arguments, QIODevice::ReadWrite);
     bool finished = false;
     if (!ForkFailed(process)) {
@@ -53,9 +53,5 @@ bool RunChild(QProcess& process, const QString& program, const QStringList& argu
             whileItRuns();
         finished = process.waitForFinished(finishTimeoutMs);
     }
-    QObject::disconnect(outputConnection);
-    QObject::disconnect(errorConnection);
-    if (!finished || flooded)
-        return false;
-    return Collect(process, output);
+    return finished && !flooded && Collect(process, output);
 }

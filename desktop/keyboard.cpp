@@ -43,7 +43,7 @@ std::bitset<KeyCodes> KeysDown()
     if (Display* display = QX11Info::display())
         XQueryKeymap(display, bytes);
     for (std::size_t code = 0; code < KeyCodes; ++code)
-        keys[code] = (bytes[code / 8] >> (code % 8) & 1) != 0;
+        keys.set(code, (bytes[code / 8] >> (code % 8) & 1) != 0);
     return keys;
 }
 

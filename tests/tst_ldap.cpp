@@ -130,7 +130,7 @@ private slots:
     // While the tool of the first one still runs.
     void FurtherRequests()
     {
-        m_tools->InstallScript(Tool, "echo no >&2; read -r end");
+        m_tools->InstallScript(Tool, "echo no >&2; read -r end; head -c 1000000 /dev/zero");
         QSignalSpy finished(m_handler, SIGNAL(ProcessFinihsed()));
         m_handler->ChangePassword(QStringLiteral("new"));
         QTRY_COMPARE(m_handler->m_stdErr, QStringLiteral("no\n"));
@@ -140,7 +140,7 @@ private slots:
         m_handler->m_process->closeWriteChannel();
         QTRY_COMPARE(finished.size(), 1);
         QCOMPARE(m_handler->m_stdErr, QStringLiteral("no\n"));
-        m_tools->InstallScript(Tool, "exit 0"); // a new one has a start of its own
+        m_tools->InstallScript(Tool, "exec head -c 1000000 /dev/zero"); // a new one has a start of its own
         m_handler->ChangePassword(QStringLiteral("newest"));
         QTRY_COMPARE(finished.size(), 2);
         QVERIFY(m_handler->RanAsAsked() && m_handler->m_stdErr.isEmpty());

@@ -91,13 +91,13 @@ void Do(QWidget& window, const QString& steps)
     }
 }
 
-// The buttons that can be seen, the default one with an asterisk.
+// The buttons that can be pressed, the default one with an asterisk.
 QString Buttons(const QWidget& window)
 {
     QStringList names;
     for (const auto* button : window.findChildren<QPushButton*>()) {
         const QString name = button->objectName().isEmpty() ? button->text() : button->objectName();
-        if (button->isVisibleTo(&window))
+        if (button->isVisibleTo(&window) && button->isEnabled())
             names += name + (button->isDefault() ? QStringLiteral("*") : QString());
     }
     return names.join(QLatin1Char(' '));
@@ -182,6 +182,8 @@ private slots:
         ngremotelogin dialogs[]{ngremotelogin(&m_cfg), ngremotelogin(&m_cfg), ngremotelogin(&m_cfg)};
         for (auto& dialog : dialogs)
             Do(dialog, QStringLiteral("change"));
+        ngremotelogin left(&m_cfg);
+        Do(left, QStringLiteral("change cancel lePwd=p"));
         const auto hasEnded = [](const QWidget& dialog) { return Buttons(dialog).contains(QLatin1String("Unlock")); };
         const auto ended = [&] { return std::count_if(std::begin(dialogs), std::end(dialogs), hasEnded); };
         const auto stays = [&](int count, int ms) { return !QTest::qWaitFor([&] { return ended() != count; }, ms); };
@@ -192,6 +194,7 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(ended(), 1, 2000);
         QVERIFY(stays(1, 1500));
         QTRY_COMPARE_WITH_TIMEOUT(ended(), 3, 3000);
+        QCOMPARE(Find<QLineEdit>(left, "lePwd")->text(), QStringLiteral("p")); // its mode does not end again
     }
 
     void ViewButtons()

@@ -50,6 +50,7 @@ private slots:
     void Registry()
     {
         const QString name = QStringLiteral("Name");
+        QCOMPARE(TavRegIni().OpenKey(QStringLiteral("HKLM"), QStringLiteral("S"), 0), 2); // no file
         for (const char* mark : {"", "\xef\xbb\xbf"}) {
             const QByteArray bytes = mark + QByteArray("[HKLM\\S]\nnoise\n") + Text("lines").toUtf8();
             WriteFile(m_folder->filePath(QStringLiteral("registry.reg")), QByteArray(bytes).replace("\n", "\r\n"));
