@@ -65,7 +65,6 @@ private:
 
     void ShowMessage(const QString& text);
     void HideMessage();
-    void PaintNow();
     void SignIn();
     void OnAccepted();
     static void LeaveHandOver();

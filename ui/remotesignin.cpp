@@ -62,13 +62,6 @@ void ngremotelogin::HideMessage()
     ui->login->setEnabled(true);
 }
 
-// The check blocks the event loop, so what must be seen meanwhile is painted before it.
-void ngremotelogin::PaintNow()
-{
-    layout()->activate();
-    repaint();
-}
-
 void ngremotelogin::SignIn()
 {
     if (loginAccepted)
@@ -78,7 +71,7 @@ void ngremotelogin::SignIn()
     ShowMessage(tr("Verifying credentials"));
     loginAccepted = false;
     tickTimer->start(CheckTickMs);
-    PaintNow();
+    repaint(); // the check blocks the event loop
     if (unlockMode)
         ShowSavedUser(); // should anything have got past the read-only field
     const QString user = unlockMode ? savedUser : ui->leUser->text(); // the field cuts a long one
