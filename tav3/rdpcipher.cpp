@@ -9,6 +9,7 @@
 #include <cstring>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <tuple>
 #include <unistd.h>
 
 namespace {
@@ -38,17 +39,17 @@ bool WriteNewKey(int fd)
 }
 
 // The key is written under a name of its own and then linked to `path`, so that nobody ever sees half a key. Another
-// process may be faster: its key is as good.
-bool MakeKeyFile(const QByteArray& path)
+// process may be faster: its key is as good; LoadKey() sees whether there is one.
+void MakeKeyFile(const QByteArray& path)
 {
     QByteArray temporary = path + ".XXXXXX";
     const int fd = mkostemp(temporary.data(), O_CLOEXEC);
     if (fd < 0)
-        return false;
-    const bool made = WriteNewKey(fd) && (link(temporary.constData(), path.constData()) == 0 || errno == EEXIST);
+        return;
+    if (WriteNewKey(fd))
+        std::ignore = link(temporary.constData(), path.constData());
     close(fd);
     unlink(temporary.constData());
-    return made;
 }
 
 bool LoadKey(SealKey& key)
