@@ -92,7 +92,9 @@ private slots:
     void initTestCase()
     {
         CleanTerminal();
-        m_sessionBus.process.start(QStringLiteral("dbus-daemon"), Words("--session --nofork --print-address"));
+        qputenv("XDG_RUNTIME_DIR", QFile::encodeName(m_userFolder.path()));
+        m_sessionBus.process.start(QStringLiteral("dbus-daemon"),
+                                   Words("--session --nofork --print-address --address=unix:runtime=yes"));
         QVERIFY(m_sessionBus.process.waitForReadyRead(WaitMs));
         qputenv("DBUS_SESSION_BUS_ADDRESS", m_sessionBus.process.readLine().trimmed());
         qputenv("QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "1");
@@ -113,6 +115,7 @@ private slots:
         if (!Text("start").isEmpty()) {
             m_gate.reset();
             m_gate = std::make_unique<Gate>(Text("start").split(QLatin1Char(' ')));
+            qunsetenv("DBUS_SESSION_BUS_ADDRESS"); // the next one has to find the bus in the user's folder
         }
         QVERIFY(Within(WaitMs, [] { return FocusedTitle() == Text("window"); }));
         m_desktop.Keys(Text("keys").split(QLatin1Char(' ')));
@@ -155,6 +158,7 @@ private slots:
 
 private:
     Desktop m_desktop;
+    QTemporaryDir m_userFolder;
     FakeTools m_tools;
     Configuration m_configuration{{{QStringLiteral("enableremoteauth"), QStringLiteral("true")},
                                    {QStringLiteral("remoteauthserver"), QStringLiteral("dc1")},

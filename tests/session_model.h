@@ -39,7 +39,8 @@ public:
         if (!IsField(Focus()) || FocusField().readOnly)
             return;
         FocusField() = {FocusField().selected ? text : FocusField().text + text};
-        OnEdited();
+        if (Focus() == u"leUserName"_s)
+            m_windows.last().fields[u"leOldPassword"_s].text.clear(); // another user's is forgotten
     }
 
     void Press(const QString& key)
@@ -145,13 +146,6 @@ private:
         m_windows.last().focus = name;
     }
 
-    // The set-password dialog forgets another user's password.
-    void OnEdited()
-    {
-        if (Focus() == u"leUserName"_s)
-            m_windows.last().fields[u"leOldPassword"_s].text.clear();
-    }
-
     void Submit()
     {
         if (IsLocal())
@@ -170,11 +164,11 @@ private:
         } else if (m_windows.size() > 1) {
             CloseRefusal();
         } else if (IsLocal()) {
-            button == u"OK"_s ? CheckLocally() : End(1);
+            button == u"OK"_s ? CheckLocally() : void(m_status = 1);
         } else if (button == u"login"_s || button == u"Unlock"_s) {
             SignIn();
         } else if (button == u"logout"_s) {
-            End(7);
+            m_status = 7;
         } else {
             Enter(button == u"change"_s ? Mode::ChangeUser : Mode::Unlock);
         }
@@ -192,8 +186,6 @@ private:
             ++m_shutdowns;
     }
 
-    void End(int status) { m_status = status; }
-
     void AskForLocalPassword()
     {
         const bool isSetup = m_terminal.argument == u"setup"_s;
@@ -206,7 +198,7 @@ private:
     {
         const QString password = std::exchange(Screen().fields[u"lePasswordEntry"_s].text, {});
         if (password == u"local"_s)
-            End(0);
+            m_status = 0;
         else if (!password.isEmpty())
             ShowBox(u"Login Error"_s);
         if (!password.isEmpty())
