@@ -34,24 +34,19 @@ bool ForkFailed(const QProcess& process)
 bool RunChild(QProcess& process, const QString& program, const QStringList& arguments, int startTimeoutMs,
               int finishTimeoutMs, ChildOutput& output, const std::function<void()>& whileItRuns)
 {
-    bool flooded = false;
-    const auto collect = [&process, &output, &flooded] {
-        if (Collect(process, output) || flooded)
-            return;
-        flooded = true;
-        process.kill();
+    const auto collect = [&process, &output] {
+        if (!Collect(process, output))
+            process.kill();
     };
     const QObject reader; // the connections, whose signals Qt raises from inside waitForFinished(), end with it
     QObject::connect(&process, &QProcess::readyReadStandardOutput, &reader, collect);
     QObject::connect(&process, &QProcess::readyReadStandardError, &reader, collect);
     process.start(program, arguments, QIODevice::ReadWrite);
-    bool finished = false;
-    if (!ForkFailed(process)) {
-        if (startTimeoutMs > 0)
-            process.waitForStarted(startTimeoutMs); // a failed start shows in the next wait
-        if (whileItRuns)
-            whileItRuns();
-        finished = process.waitForFinished(finishTimeoutMs);
-    }
-    return finished && !flooded && Collect(process, output);
+    if (ForkFailed(process))
+        return false;
+    if (startTimeoutMs > 0)
+        process.waitForStarted(startTimeoutMs); // a failed start shows in the next wait
+    if (whileItRuns)
+        whileItRuns();
+    return process.waitForFinished(finishTimeoutMs) && Collect(process, output);
 }

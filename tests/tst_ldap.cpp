@@ -140,8 +140,11 @@ private slots:
         m_handler->m_process->closeWriteChannel();
         QTRY_COMPARE(finished.size(), 1);
         QCOMPARE(m_handler->m_stdErr, QStringLiteral("no\n"));
-        m_tools->InstallScript(Tool, "exec head -c 1000000 /dev/zero"); // a new one has a start of its own
+        // A new one has a start of its own, and may ask when the password is another one already.
+        m_tools->InstallScript(Tool, Ask + "head -c 1000000 /dev/zero >&2; read -r go\nask 'New SMB password:'");
+        m_handler->ChangePassword(QStringLiteral("newer"));
         m_handler->ChangePassword(QStringLiteral("newest"));
+        m_handler->m_process->write("go\n");
         QTRY_COMPARE(finished.size(), 2);
         QVERIFY(m_handler->RanAsAsked() && m_handler->m_stdErr.isEmpty());
     }

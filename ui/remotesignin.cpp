@@ -176,7 +176,6 @@ void ngremotelogin::keyPressEvent(QKeyEvent* event)
 void ngremotelogin::AskForShutdown()
 {
     hide();
-    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents); // or it stays on the screen meanwhile
     RunBlocking([] {
         const ChildProcess prompt(new QProcess);
         prompt->setProcessChannelMode(QProcess::ForwardedChannels);
