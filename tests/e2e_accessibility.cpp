@@ -82,7 +82,7 @@ QStringList OnAccessibilityBus(const char* command)
                 + QLatin1String(command)};
 }
 
-QStringList announced; // names of what has changed
+QStringList announced; // what of something has changed, and its name
 
 } // namespace
 
@@ -99,8 +99,11 @@ private slots:
         qputenv("DBUS_SESSION_BUS_ADDRESS", m_sessionBus.process.readLine().trimmed());
         qputenv("QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "1");
         QCOMPARE(atspi_init(), 0);
-        const auto onChange = [](AtspiEvent* event, void*) { announced += NameOf(event->source); };
-        for (const char* change : {"object:property-change:accessible-name", "object:text-changed"})
+        const auto onChange = [](AtspiEvent* event, void*) {
+            announced += QString::fromUtf8(event->type) + QLatin1Char(' ') + NameOf(event->source);
+        };
+        for (const char* change :
+             {"object:property-change:accessible-name", "object:text-changed", "object:state-changed:focused"})
             QVERIFY(atspi_event_listener_register_from_callback(onChange, nullptr, nullptr, change, nullptr));
         m_monitor.process.start(QStringLiteral("sh"), OnAccessibilityBus("dbus-monitor --address $1"));
         QVERIFY(m_monitor.process.waitForReadyRead(WaitMs));

@@ -46,8 +46,6 @@ private slots:
         QCOMPARE(found ? QString() : Joined(complaint + m_handler->m_messages), Text("complaint"));
     }
 
-    void TicksBecomeDays() { QCOMPARE(LdapHandler::FileTimeToEpochDays(134000000000000000), quint64(20318)); }
-
     void Answer_data() { LoadTable("ldap.tsv"); }
 
     // In the answer "{N}" is the day in N days, in the messages it is the days until the N-th since 1970.
