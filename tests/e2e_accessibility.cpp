@@ -142,6 +142,9 @@ private slots:
         g_free(place);
         QVERIFY(Within(WaitMs, [&] { return Is(button, ATSPI_STATE_PRESSED); }));
         QVERIFY(Tree().contains(QStringLiteral("password text: New Password: = ***\n")));
+        CloseFocused();
+        QVERIFY(
+            Within(WaitMs, [] { return Tree().contains(QStringLiteral("label: The password was not changed.\n")); }));
         m_gate.reset();
     }
 
