@@ -171,7 +171,9 @@ private slots:
         for (const auto& [column, value] : expected)
             QCOMPARE(value, Text(column));
         QVERIFY(!QApplication::activePopupWidget());
-        QVERIFY(!user->isReadOnly() || user->cursorPosition() == 0); // a long name is shown from its beginning
+        // A long name or domain is shown from its beginning.
+        QVERIFY(!user->isReadOnly() || user->cursorPosition() == 0);
+        QCOMPARE(Find<QLineEdit>(dialog, "leDomain")->cursorPosition(), 0);
         const QStringList users = Joined(m_tools.Calls(QStringLiteral("ldapsearch"))).split(QLatin1Char('|'));
         QVERIFY(!users.contains(QStringLiteral("(sAMAccountName=other)")));
         m_cfg.serverType = QStringLiteral("LDAP");
@@ -241,8 +243,11 @@ private slots:
     void LocalWindow()
     {
         SetCommandLine(qPrintable(Text("command line")));
+        ShellIn(QStringLiteral("/tmp"),
+                QStringLiteral("mkdir -p icons; cp " PROJECT_DIR "/resources/capslock32.png icons/lock64.png"));
         LoginWindow window(&m_cfg);
         window.show();
+        QVERIFY(!Find<QLabel>(window, "lIcon")->pixmap(Qt::ReturnByValue).isNull());
         QCOMPARE(Buttons(window), Text("buttons"));
         QCOMPARE(bool(window.windowFlags() & Qt::CustomizeWindowHint), Flag("bare title"));
         QVERIFY(window.windowFlags() & Qt::WindowTitleHint);
