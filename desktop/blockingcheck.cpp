@@ -13,13 +13,13 @@
 void RunBlocking(const std::function<void()>& block)
 {
     block();
-    SinglePress::HoldKeysDown(); // a key pressed meanwhile does not count, and neither do its repeats
     const quint32 now = ServerTime();
     // The server went meanwhile. Qt ends the program at the next event, but by then a user would have been saved, and
     // the next start would hand over to whoever sits in front of it.
     if (now == 0 && QX11Info::isPlatformX11())
         exit(EXIT_FAILURE);
     StaleInput::Instance()->DropUntil(now);
+    SinglePress::HoldKeysDown(); // a key pressed meanwhile does not count, and neither do its repeats
 }
 
 bool RunBlockingCheck(const std::function<bool()>& check)

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "desktop/singlepress.h"
 
+#include "desktop/staleinput.h"
+
 #include <QAbstractButton>
 #include <QApplication>
 #include <QMouseEvent>
@@ -51,7 +53,7 @@ SinglePress::~SinglePress()
 void SinglePress::HoldKeysDown()
 {
     if (s_instance)
-        s_instance->m_held |= KeysDown();
+        s_instance->m_held = KeysDown();
 }
 
 bool SinglePress::nativeEventFilter(const QByteArray& eventType, void* message, long*)
@@ -59,7 +61,11 @@ bool SinglePress::nativeEventFilter(const QByteArray& eventType, void* message, 
     if (eventType != "xcb_generic_event_t")
         return false;
     const auto* key = static_cast<xcb_key_press_event_t*>(message); // a release has the same form
-    switch (key->response_type & ~SentByProgram) {
+    const unsigned type = key->response_type & ~SentByProgram;
+    // The keyboard was asked since: a late release would let go a key that is down again.
+    if ((type == XCB_KEY_PRESS || type == XCB_KEY_RELEASE) && StaleInput::Instance()->IsStale(key->time))
+        return false;
+    switch (type) {
     case XCB_KEY_PRESS: {
         const bool isRepeat = m_held[key->detail];
         m_held.set(key->detail);

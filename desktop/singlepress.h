@@ -17,7 +17,8 @@ public:
     explicit SinglePress(QGuiApplication* application);
     ~SinglePress() override;
 
-    // Counts every key that is down now as held, as after a time in which presses were lost or are not to count.
+    // Counts the keys that are down now as held, as after a time in which presses were lost or are not to count, and
+    // whose releases are stale then.
     static void HoldKeysDown();
 
     bool nativeEventFilter(const QByteArray& eventType, void* message, long* result) override;

@@ -44,15 +44,14 @@ void StaleInput::DropUntil(quint32 serverTime)
 
 bool StaleInput::eventFilter(QObject* object, QEvent* event)
 {
-    if (!IsInput(event) || !IsStale(static_cast<QInputEvent*>(event)))
+    if (!IsInput(event) || !IsStale(static_cast<quint32>(static_cast<QInputEvent*>(event)->timestamp())))
         return QObject::eventFilter(object, event);
     event->accept(); // or Qt would still look for a shortcut
     return true;
 }
 
-bool StaleInput::IsStale(const QInputEvent* event) const
+bool StaleInput::IsStale(quint32 serverTime) const
 {
-    const auto stamp = static_cast<quint32>(event->timestamp()); // 0: not from the server
-    return m_sinceDrop.isValid() && m_sinceDrop.elapsed() < OnItsWayMs && stamp != 0
-        && static_cast<qint32>(stamp - m_dropUntil) <= 0;
+    return m_sinceDrop.isValid() && m_sinceDrop.elapsed() < OnItsWayMs && serverTime != 0
+        && static_cast<qint32>(serverTime - m_dropUntil) <= 0;
 }

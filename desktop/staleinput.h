@@ -5,8 +5,6 @@
 #include <QElapsedTimer>
 #include <QObject>
 
-class QInputEvent;
-
 // Drops what was typed and clicked while the program was blocked and could not say so: nobody meant it for what has
 // come up since. Tells it by the X server's own times. Filters the events of the application.
 class StaleInput : public QObject {
@@ -17,11 +15,13 @@ public:
     // Drops what the server saw up to `serverTime`, in ms, 32 bits that wrap around after 49 days.
     void DropUntil(quint32 serverTime);
 
+    // Whether the server saw what has this time before that; never what is not from the server, which has 0.
+    bool IsStale(quint32 serverTime) const;
+
     bool eventFilter(QObject* object, QEvent* event) override;
 
 private:
     StaleInput();
-    bool IsStale(const QInputEvent* event) const;
 
     QElapsedTimer m_sinceDrop; // invalid until the first one
     quint32 m_dropUntil = 0;
