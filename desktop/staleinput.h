@@ -15,7 +15,7 @@ public:
     // Drops what the server saw up to `serverTime`, in ms, 32 bits that wrap around after 49 days.
     void DropUntil(quint32 serverTime);
 
-    // Whether the server saw what has this time before that; never what is not from the server, which has 0.
+    // Whether what has this time of the server is dropped; never what is not from the server, whose time is 0.
     bool IsStale(quint32 serverTime) const;
 
     bool eventFilter(QObject* object, QEvent* event) override;
